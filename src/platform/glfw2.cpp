@@ -1,0 +1,170 @@
+// The classic window-library calls on top of GLFW 3: the window, the polled state, and the swap
+// that asks the chosen backend to deliver its input through the callbacks.
+#include <GLFW/glfw3.h>
+
+#include <cmath>
+#include <cstdlib>
+
+#include "platform/input_sink.h"
+
+namespace platform {
+namespace detail {
+namespace {
+InputState inputState;
+GLFWwindow* theWindow = nullptr;
+bool initialised = false;
+Backend backend = Backend::Desktop;
+Backend openedBackend = Backend::Desktop;
+std::string errorText;
+
+void onError(int code, const char* description) {
+    if (code == GLFW_PLATFORM_ERROR || code == GLFW_API_UNAVAILABLE || code == GLFW_VERSION_UNAVAILABLE)
+        errorText = description ? description : "unknown error";
+}
+
+bool displayNamed() {
+    const char* x11 = std::getenv("DISPLAY");
+    const char* wayland = std::getenv("WAYLAND_DISPLAY");
+    return (x11 && *x11) || (wayland && *wayland);
+}
+} // namespace
+
+InputState& input() { return inputState; }
+GLFWwindow* window() { return theWindow; }
+
+void reportPointer(double x, double y) {
+    inputState.pointerX = x;
+    inputState.pointerY = y;
+    if (inputState.mousePosCallback)
+        inputState.mousePosCallback(static_cast<int>(std::floor(x)), static_cast<int>(std::floor(y)));
+}
+
+void reportButton(int button, bool down) {
+    if (button >= 0 && button < 3) inputState.buttons[button] = down;
+}
+
+void reportWheel(double steps) { inputState.wheel += steps; }
+
+void reportKey(int key, bool down) {
+    if (key < 0 || key > KEY_LAST) return;
+    inputState.keys[key] = down;
+    if (inputState.keyCallback) inputState.keyCallback(key, down ? 1 : 0);
+}
+} // namespace detail
+
+using namespace detail;
+
+int glfwInit() {
+    if (initialised) return 1;
+    errorText.clear();
+    ::glfwSetErrorCallback(onError);
+    if (!displayNamed()) {
+        errorText = "no display";
+        return 0;
+    }
+    if (::glfwInit() != GLFW_TRUE) {
+        if (errorText.empty()) errorText = "the window system could not be reached";
+        return 0;
+    }
+    initialised = true;
+    return 1;
+}
+
+int glfwOpenWindow(int width, int height, int redBits, int greenBits, int blueBits, int alphaBits,
+                   int depthBits, int stencilBits, int mode) {
+    if (!initialised || theWindow) return 0;
+    ::glfwDefaultWindowHints();
+    ::glfwWindowHint(GLFW_RED_BITS, redBits);
+    ::glfwWindowHint(GLFW_GREEN_BITS, greenBits);
+    ::glfwWindowHint(GLFW_BLUE_BITS, blueBits);
+    ::glfwWindowHint(GLFW_ALPHA_BITS, alphaBits);
+    ::glfwWindowHint(GLFW_DEPTH_BITS, depthBits);
+    ::glfwWindowHint(GLFW_STENCIL_BITS, stencilBits);
+    ::glfwWindowHint(GLFW_DOUBLEBUFFER, GLFW_TRUE);
+    ::glfwWindowHint(GLFW_RESIZABLE, GLFW_FALSE);
+    // The program draws with the fixed-function pipeline: any context version that keeps it.
+    ::glfwWindowHint(GLFW_CLIENT_API, GLFW_OPENGL_API);
+    GLFWmonitor* monitor = mode == GLFW_FULLSCREEN ? ::glfwGetPrimaryMonitor() : nullptr;
+    theWindow = ::glfwCreateWindow(width, height, "Hexfold", monitor, nullptr);
+    if (!theWindow) {
+        if (errorText.empty()) errorText = "no suitable OpenGL configuration";
+        return 0;
+    }
+    ::glfwMakeContextCurrent(theWindow);
+    openedBackend = backend;
+    // A new window starts with nothing held and the wheel at 0.
+    for (bool& b : inputState.buttons) b = false;
+    for (bool& k : inputState.keys) k = false;
+    inputState.wheel = 0;
+    if (openedBackend == Backend::Desktop) {
+        // Swap at the display's rate instead of spinning a core.
+        ::glfwSwapInterval(1);
+        desktop::attach(theWindow);
+    } else {
+        ::glfwSwapInterval(0);
+        scripted::attach(theWindow);
+    }
+    return 1;
+}
+
+void glfwTerminate() {
+    if (!initialised) return;
+    ::glfwTerminate();
+    theWindow = nullptr;
+    initialised = false;
+}
+
+int glfwGetWindowParam(int param) {
+    if (param != GLFW_OPENED || !theWindow) return 0;
+    if (openedBackend == Backend::Scripted) return scripted::closeRequested() ? 0 : 1;
+    return ::glfwWindowShouldClose(theWindow) ? 0 : 1;
+}
+
+void glfwSwapBuffers() {
+    if (!theWindow) return;
+    if (openedBackend == Backend::Desktop)
+        desktop::deliver();
+    else
+        scripted::deliver();
+    ::glfwSwapBuffers(theWindow);
+}
+
+int glfwGetMouseButton(int button) {
+    if (button < 0 || button > 2) return 0;
+    return inputState.buttons[button] ? 1 : 0;
+}
+
+int glfwGetMouseWheel() { return static_cast<int>(std::lround(inputState.wheel)); }
+
+int glfwGetKey(int key) {
+    if (key < 0 || key > KEY_LAST) return 0;
+    return inputState.keys[key] ? 1 : 0;
+}
+
+void glfwSetMousePos(int x, int y) {
+    inputState.pointerX = x;
+    inputState.pointerY = y;
+    if (theWindow && openedBackend == Backend::Desktop) ::glfwSetCursorPos(theWindow, x, y);
+}
+
+void glfwSetKeyCallback(KeyCallback callback) { inputState.keyCallback = callback; }
+
+void glfwSetMousePosCallback(MousePosCallback callback) {
+    inputState.mousePosCallback = callback;
+    if (theWindow && openedBackend == Backend::Desktop) {
+        double x = 0, y = 0;
+        ::glfwGetCursorPos(theWindow, &x, &y);
+        inputState.pointerX = x;
+        inputState.pointerY = y;
+    }
+    if (callback)
+        callback(static_cast<int>(std::floor(inputState.pointerX)),
+                 static_cast<int>(std::floor(inputState.pointerY)));
+}
+
+void selectBackend(Backend chosen) { backend = chosen; }
+Backend currentBackend() { return theWindow ? openedBackend : backend; }
+
+std::string lastError() { return errorText.empty() ? "unknown error" : errorText; }
+
+} // namespace platform
