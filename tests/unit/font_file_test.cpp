@@ -1,0 +1,100 @@
+// The font file reader against short and damaged files, and measuring without a font.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
+
+#include "toolkit/font.h"
+
+namespace {
+
+void putInt(std::string& s, std::int32_t v) { s.append(reinterpret_cast<const char*>(&v), 4); }
+void putFloat(std::string& s, float v) { s.append(reinterpret_cast<const char*>(&v), 4); }
+
+// A well-formed font of three glyphs, 'A' to 'C', on a 4 x 2 texture.
+std::string smallFont() {
+    std::string s;
+    for (std::int32_t v : {99, 4, 2, 65, 67, 0}) putInt(s, v);
+    for (int g = 0; g < 3; ++g)
+        for (float v : {float(g + 1), 10.0f, 0.0f, 0.0f, 0.25f, 1.0f}) putFloat(s, v);
+    s.append(2 * 4 * 2, '\x7f');
+    return s;
+}
+
+struct Parsed {
+    int w = 0, h = 0, first = 0, last = 0;
+    std::vector<Glyph> glyphs;
+    std::vector<unsigned char> pixels;
+    bool operator()(const std::string& bytes) { return parseFont(bytes, w, h, first, last, glyphs, pixels); }
+};
+
+TEST(FontFile, AWellFormedFileGivesItsHeaderGlyphsAndPixels) {
+    Parsed p;
+    ASSERT_TRUE(p(smallFont()));
+    EXPECT_EQ(p.w, 4);
+    EXPECT_EQ(p.h, 2);
+    EXPECT_EQ(p.first, 65);
+    EXPECT_EQ(p.last, 67);
+    ASSERT_EQ(p.glyphs.size(), 3u);
+    EXPECT_EQ(p.glyphs[2].dx, 3.0f);
+    EXPECT_EQ(p.glyphs[0].tx2, 0.25f);
+    EXPECT_EQ(p.pixels.size(), 16u);
+}
+
+TEST(FontFile, ShortAndDamagedFilesAreRefusedWithoutReadingPastTheData) {
+    std::string good = smallFont();
+    Parsed p;
+    // Every truncation, down to nothing.
+    for (std::size_t n = 0; n < good.size(); ++n) EXPECT_FALSE(p(good.substr(0, n))) << n << " bytes";
+
+    auto withInt = [&](std::size_t at, std::int32_t v) {
+        std::string s = good;
+        std::memcpy(s.data() + at, &v, 4);
+        return s;
+    };
+    EXPECT_FALSE(p(withInt(4, 0))) << "zero width";
+    EXPECT_FALSE(p(withInt(8, -5))) << "negative height";
+    EXPECT_FALSE(p(withInt(4, 0x7fffffff))) << "a texture that no file holds";
+    EXPECT_FALSE(p(withInt(16, 64))) << "last below first";
+    EXPECT_FALSE(p(withInt(16, 0x7fffffff))) << "a glyph count beyond reason";
+    EXPECT_FALSE(p(withInt(12, -1))) << "negative first character";
+    EXPECT_FALSE(p(withInt(24 + 4, 0))) << "the reference height must be positive";
+    std::string nan = good;
+    float bad = std::numeric_limits<float>::quiet_NaN();
+    std::memcpy(nan.data() + 24 + 24 + 8, &bad, 4);
+    EXPECT_FALSE(p(nan)) << "a glyph with a NaN";
+    EXPECT_TRUE(p(good + "trailing bytes are ignored"));
+}
+
+TEST(FontFile, WithoutAFontTextMeasuresHalfTheSizePerCharacterAndCountsLines) {
+    ASSERT_FALSE(fontLoaded);
+    EXPECT_EQ(measureText("", 2), 0);
+    EXPECT_EQ(measureText("abc", 2), 3);
+    EXPECT_EQ(measureText("ab\nabcd\nx", 1), 2) << "the widest line";
+    EXPECT_EQ(measureText("a\tb", 1), 2.5f) << "the tab goes to the stop at 2";
+    EXPECT_EQ(measureText("abcd", 0), 4) << "size 0 uses the current size of 2";
+    EXPECT_EQ(lineCount(""), 1);
+    EXPECT_EQ(lineCount("one\ntwo"), 2);
+    EXPECT_EQ(lineCount("ends in a newline\n"), 2);
+}
+
+TEST(FontFile, LoadingAMissingOrDamagedFileLeavesTheFontUnloaded) {
+    // Only the reader's failures: no GL call is made before the data is known to be good.
+    std::string dir = ::testing::TempDir() + "font_file_test";
+    std::filesystem::create_directories(dir);
+    auto old = std::filesystem::current_path();
+    std::filesystem::current_path(dir);
+    std::filesystem::remove("verdana.glf");
+    loadFont();
+    EXPECT_FALSE(fontLoaded);
+    std::ofstream("verdana.glf", std::ios::binary) << smallFont().substr(0, 40);
+    loadFont();
+    EXPECT_FALSE(fontLoaded);
+    std::filesystem::current_path(old);
+}
+
+} // namespace
