@@ -1,0 +1,13 @@
+// The entry point: build the application, run frames until the window closes.
+#include "shell/frame_step.h"
+#include "shell/graphics.h"
+#include "shell/hexfold.h"
+
+int main() {
+    Hexfold hexfold;
+    // The reason was written to stderr when the window failed to open.
+    if (!graphicsOpened()) return 1;
+    while (frameStep(&hexfold)) {
+    }
+    return 0;
+}
