@@ -1,0 +1,93 @@
+// Probe: logs each event and then does what Window does, so delegates still fire.
+#include "support/probe.h"
+
+namespace ui {
+
+std::string nameOf(Window* w) {
+    if (!w) return "-";
+    if (auto* p = dynamic_cast<Probe*>(w)) return p->name;
+    return "?";
+}
+
+Probe::Probe(Window* parent, std::string name, float x, float y, float w, float h, EventLog* log)
+    : Window(parent, x, y, w, h, ""), name(std::move(name)), log(log) {}
+
+Probe::~Probe() { note("destroyed"); }
+
+void Probe::note(const std::string& event) {
+    if (log) log->push_back(name + ":" + event);
+}
+
+void Probe::draw(float a) {
+    ++drawCount;
+    lastAlpha = a;
+    if (paint) Window::draw(a);
+}
+
+bool Probe::afterDraw() {
+    ++afterDrawCount;
+    return true;
+}
+
+void Probe::onKey(int key) { note("key " + std::to_string(key)); }
+void Probe::onWheel(int delta) { note("wheel " + std::to_string(delta)); }
+
+void Probe::onMouseEnter() {
+    note("enter");
+    Window::onMouseEnter();
+}
+
+void Probe::onMouseMove(int dx, int dy) {
+    note("move " + std::to_string(dx) + "," + std::to_string(dy));
+    Window::onMouseMove(dx, dy);
+}
+
+void Probe::onMouseLeave() {
+    note("leave");
+    Window::onMouseLeave();
+}
+
+void Probe::onFocus() {
+    note("focus");
+    Window::onFocus();
+}
+
+void Probe::onFocusLost() {
+    note("focus lost");
+    Window::onFocusLost();
+}
+
+void Probe::onButtonDown(int button) { note("down " + std::to_string(button)); }
+void Probe::onButtonUp(int button) { note("up " + std::to_string(button)); }
+
+void Probe::onLeftClick() {
+    note("left click");
+    Window::onLeftClick();
+}
+
+void Probe::onRightClick() {
+    note("right click");
+    Window::onRightClick();
+}
+
+void Probe::onDragStart(Window* dragged) {
+    note("drag start " + nameOf(dragged));
+    Window::onDragStart(dragged);
+}
+
+void Probe::onDropRefused(Window* dragged) {
+    note("drop refused " + nameOf(dragged));
+    Window::onDropRefused(dragged);
+}
+
+void Probe::onDropAccepted(Window* dragged) {
+    note("drop accepted " + nameOf(dragged));
+    Window::onDropAccepted(dragged);
+}
+
+bool Probe::acceptsDrop(Window* dragged) {
+    note("accepts " + nameOf(dragged) + "?");
+    return accept;
+}
+
+} // namespace ui

@@ -1,0 +1,78 @@
+// The UI driver: a real GL context under Xvfb with the scripted input backend. Tests inject pointer
+// moves, presses, wheel steps and keys, step frames through the real frame loop, read the input
+// state and the window tree, read pixels at logical points and write PNG screenshots.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "toolkit/window.h"
+
+namespace ui {
+
+struct Rgb {
+    int r, g, b;
+    bool operator==(const Rgb&) const = default;
+};
+std::ostream& operator<<(std::ostream& out, const Rgb& c);
+
+// True when two colours differ by at most `tolerance` in every channel.
+bool near(Rgb a, Rgb b, int tolerance = 8);
+
+// A root that paints nothing, like the application's: the black clear colour shows through.
+class Root : public Window {
+  public:
+    Root();
+    void draw(float) override {}
+};
+
+class UiTest : public ::testing::Test {
+  protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // Runs whole turns of the frame loop; fails the test if the loop wants to end.
+    void frame(int count = 1);
+    // Delivers what is queued (at the next swap) and lets the following frame act on it.
+    void settle();
+
+    // Pointer, in logical units or pixels.
+    void moveTo(float lx, float ly);
+    void movePixels(int px, int py);
+    void press(int button = 0);
+    void release(int button = 0);
+    void click(float lx, float ly, int button = 0);
+    // Press at the first point, move 4 pixels to start the drag, go to the second point in
+    // `steps` steps, release.
+    void drag(float fromX, float fromY, float toX, float toY, int steps = 4);
+    void wheel(int steps);
+
+    // Keys by code: a tap is a press and a release; type() taps each character, holding the
+    // right shift key for capitals.
+    void holdKey(int code);
+    void releaseKey(int code);
+    void tap(int code);
+    void type(const std::string& text);
+
+    // Colour of the frame last drawn, at a logical point or a pixel.
+    Rgb pixel(float lx, float ly);
+    Rgb pixelAt(int px, int py);
+    // Counts the pixels in a logical rectangle that differ from the given colour.
+    int inkIn(float x, float y, float w, float h, Rgb background = {0, 0, 0}, int tolerance = 40);
+    // Counts the pixels in a logical rectangle for which the predicate holds.
+    int countPixels(float x, float y, float w, float h, const std::function<bool(Rgb)>& wanted);
+    // Writes the frame last drawn to build/screenshots/NAME.png and returns the path.
+    std::string screenshot(const std::string& name);
+
+    static int toPixelX(float lx);
+    static int toPixelY(float ly);
+
+    Root* root = nullptr;
+};
+
+// The campaign directory of the build, where the font lies; UI tests start in it.
+std::string campaignDir();
+
+} // namespace ui
