@@ -1,5 +1,6 @@
 // Change and death notification between observed objects and their watchers, and the aging walk
 // of updateAll, checked by the order in which the handlers ran.
+#include "rules/item.h"
 #include "shell/observer.h"
 #include "shell/updatable.h"
 
@@ -31,6 +32,23 @@ struct Ticker : Updatable {
     Updatable* victim = nullptr;
     Updatable* recruit = nullptr;
 };
+
+struct Blast {
+    int onExplode(Grenade* g) {
+        log.push_back(g->name + " exploded");
+        delete g;
+        return 0;
+    }
+    Log& log;
+};
+
+Grenade* armedGrenade(Blast& blast, int fuse) {
+    auto* g = new Grenade("Pressure Charge", "Thrown Weapons", {}, {}, {3, 7, 12, 20}, 0);
+    g->fuse = fuse;
+    g->explodeHandler.bind(&blast, &Blast::onExplode);
+    addUpdatable(g);
+    return g;
+}
 } // namespace
 
 TEST(Observed, TwoWatchersSeeChangesInOrderAndDieWithTheObject) {
@@ -95,4 +113,32 @@ TEST(Updatables, RemovalsDuringTheWalkSkipTheRemovedAndAdditionsWaitARound) {
     log.clear();
     updateAll();
     EXPECT_EQ(log, (Log{"first 1", "third 1", "late 1"}));
+}
+
+TEST(Updatables, GrenadeGoesOffOnceItsFuseDropsBelowZeroAndRemovesItself) {
+    Log log;
+    Blast blast{log};
+    updateAll();
+    Ticker before(log, "before");
+    armedGrenade(blast, 1);
+    Ticker after(log, "after");
+    updateAll();
+    EXPECT_EQ(log, (Log{"before 1", "after 1"}));
+    log.clear();
+    updateAll();
+    EXPECT_EQ(log, (Log{"before 1", "Pressure Charge exploded", "after 1"}));
+    EXPECT_EQ(updatables, (std::list<Updatable*>{&before, &after}));
+}
+
+TEST(Updatables, GrenadeWithFuseZeroGoesOffAtTheFirstRoundAndItsCloneWaits) {
+    Log log;
+    Blast blast{log};
+    Grenade* g = armedGrenade(blast, 0);
+    Item* clone = g->clone();
+    EXPECT_EQ(static_cast<Grenade*>(clone)->fuse, 0);
+    EXPECT_TRUE(static_cast<Grenade*>(clone)->explodeHandler == g->explodeHandler);
+    updateAll();
+    EXPECT_EQ(log, (Log{"Pressure Charge exploded"}));
+    EXPECT_TRUE(updatables.empty()) << "the clone is not counting down";
+    delete clone;
 }
