@@ -2,6 +2,8 @@
 // tests also pass when they all run in one process.
 #pragma once
 
+#include "rules/character.h"
+#include "rules/faction.h"
 #include "rules/item.h"
 #include "rules/skill.h"
 #include "temp_dir.h"
@@ -9,6 +11,8 @@
 #include <gtest/gtest.h>
 
 inline void clearModel() {
+    clearFactions();
+    clearCharacters();
     clearItems();
     clearSkills();
 }
