@@ -190,7 +190,7 @@ HealthState Character::takeDamage(int margin) {
         addPenalty(new Penalty("Stun", DiceCode(1, 0), 2, "All"));
         addPenalty(new Penalty("Stun Effect", DiceCode(0, 0), 360, "All"));
         if (health == Healthy) setHealth(Stunned);
-        ++stuns;
+        stuns = clampedSum(stuns, 1);
         // Stuns add up: as many as the dice of Strength knock the character out.
         hit = Stunned;
         if (stuns >= getSkill("Strength").level.dice) {
@@ -221,7 +221,7 @@ HealthState Character::takeDamage(int margin) {
 }
 
 void Character::update(int amount) {
-    if (unconscious > 0) unconscious = std::max(0, unconscious - amount);
+    if (unconscious > 0) unconscious = std::max(0, clampedSum(unconscious, -amount));
 
     // setHealth may remove penalties in the middle of this walk; the walk goes over the penalties
     // that stood at its start and skips the ones that have gone since.
@@ -232,9 +232,9 @@ void Character::update(int amount) {
         if (retired.count(p) != 0 || p->duration == -1) continue;
         // A stun that runs out in this very round still keeps the character stunned until the next.
         if (p->reason == "Stun") ++stunsCounted;
-        p->duration -= amount;
+        p->duration = clampedSum(p->duration, -amount);
         if (p->duration >= 1) continue;
-        if (p->reason == "Stun Effect") stuns = std::max(0, stuns - 1);
+        if (p->reason == "Stun Effect") stuns = std::max(0, clampedSum(stuns, -1));
         if (p->reason == "Wound") setHealth(health == WoundedTwice ? Wounded : Healthy);
         removePenalty(p);
     }

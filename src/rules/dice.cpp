@@ -50,6 +50,10 @@ int DiceCode::roll() const {
     return saturate(static_cast<long long>(pips) + rollDice(dice));
 }
 
+int clampedSum(int a, int b) {
+    return saturate(static_cast<long long>(a) + b);
+}
+
 bool nothingLeft(const DiceCode& code) {
     return !code || code.dice < 0;
 }

@@ -32,6 +32,9 @@ struct DiceCode {
 // more dice than there were. Every action that rests on a skill refuses on this.
 bool nothingLeft(const DiceCode& code);
 
+// a + b held to the int range: counters and durations may come from hand-edited files.
+int clampedSum(int a, int b);
+
 // The sum of count dice from sharedRandom; 0 for a count of 0 or less.
 int rollDice(int count);
 

@@ -95,7 +95,7 @@ int Grenade::getDifficulty(float distance) const {
 }
 
 void Grenade::update(int amount) {
-    fuse -= amount;
+    fuse = clampedSum(fuse, -amount);
     if (fuse < 0) explode();
 }
 
