@@ -168,13 +168,13 @@ TEST_F(Characters, WoundsThatRunOutHealOneStepWhileTheWalkGoesOn) {
     Character& c = *fighter();
     c.setHealth(WoundedTwice);
     c.takeDamage(1);
-    int duration = 2;
     for (Penalty* p : c.penalties)
-        if (p->reason == "Wound") p->duration = duration++;
+        if (p->reason == "Wound") p->duration = 2;
     c.update(1);
     EXPECT_EQ(c.health, WoundedTwice);
     c.update(1);
-    // The first wound healed a step; setHealth replaced both wounds in the middle of the walk.
+    // The first wound healed a step; setHealth replaced both wounds in the middle of the walk, so
+    // the second, which would have run out in the same round, is gone and heals nothing.
     EXPECT_EQ(c.health, Wounded);
     ASSERT_EQ(countReason(c, "Wound"), 1);
     EXPECT_EQ(countReason(c, "Stun"), 0);
