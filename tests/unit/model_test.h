@@ -1,14 +1,10 @@
-// Fixtures for tests of the rules model: the global catalogues start and end empty, so that the
-// tests also pass when they all run in one process.
+// Tests of the rules model start and end with empty catalogues, so that they also pass when they
+// all run in one process.
 #pragma once
 
 #include "rules/character.h"
 #include "rules/faction.h"
-#include "rules/item.h"
-#include "rules/skill.h"
 #include "temp_dir.h"
-
-#include <gtest/gtest.h>
 
 inline void clearModel() {
     clearFactions();
@@ -17,20 +13,20 @@ inline void clearModel() {
     clearSkills();
 }
 
-class ModelTest : public ::testing::Test {
+template <class Base> class Model : public Base {
   protected:
-    void SetUp() override { clearModel(); }
-    void TearDown() override { clearModel(); }
+    void SetUp() override { clearModel(), Base::SetUp(); }
+    void TearDown() override { clearModel(), Base::TearDown(); }
 };
+using ModelTest = Model<::testing::Test>;
+using ModelFileTest = Model<TempDirTest>;
 
-class ModelFileTest : public TempDirTest {
-  protected:
-    void SetUp() override {
-        clearModel();
-        TempDirTest::SetUp();
-    }
-    void TearDown() override {
-        clearModel();
-        TempDirTest::TearDown();
-    }
-};
+// Failures show codes as the referee reads them.
+inline void PrintTo(const DiceCode& code, std::ostream* out) {
+    *out << code.text();
+}
+
+inline int countReason(const Character& c, const std::string& reason) {
+    return static_cast<int>(std::count_if(c.penalties.begin(), c.penalties.end(),
+                                          [&](Penalty* p) { return p->reason == reason; }));
+}
