@@ -6,6 +6,8 @@
 #include "rules/faction.h"
 #include "temp_dir.h"
 
+#include <algorithm>
+
 inline void clearModel() {
     clearFactions();
     clearCharacters();
