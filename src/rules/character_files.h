@@ -1,0 +1,16 @@
+// The character files: "characters.idx" and "npcs.idx" list who exists, and each character has
+// its own "<name>.chr" or "<name>.npc".
+#pragma once
+
+#include <string>
+
+class Character;
+
+// Loads everyone the two index files list; a missing "characters.idx" loads no NPC either.
+void loadCharacters();
+// Reads "<name>.npc" or "<name>.chr" into a new character, filed in its list at once; null when
+// the file cannot be opened.
+Character* loadCharacter(const std::string& name, bool isNpc);
+// Writes the character's file, and lists it in its index file if that exists and lacks the name.
+// The new file replaces the old only once it is complete. Failures are silent.
+void saveCharacter(Character& c);

@@ -1,0 +1,43 @@
+// The pieces that every data file reader shares: bounded line reading, "|"-separated fields, and
+// numbers that read as 0 unless the field starts with one.
+#pragma once
+
+#include "rules/dice.h"
+
+#include <cstddef>
+#include <istream>
+#include <string>
+#include <string_view>
+
+// Longer lines are cut here, so that no file can make a reader allocate without bound.
+inline constexpr std::size_t maxLineLength = 8192;
+
+// Reads one line without its line end and without a trailing carriage return; the part of a line
+// beyond maxLineLength is skipped. False, with failbit set, when the stream had nothing left.
+bool readLine(std::istream& in, std::string& line);
+
+// An optional sign and leading digits, saturated to the int range; anything else reads as 0.
+int parseNumber(std::string_view field);
+// An optional sign, digits, and a fraction after a point; anything else reads as 0.
+float parseFraction(std::string_view field);
+
+// Walks the fields of one line. A field asked for beyond the last is empty, so a truncated line
+// gives empty strings and zeros.
+class FieldReader {
+  public:
+    explicit FieldReader(std::string_view line) : line(line) {}
+
+    std::string_view text();
+    int number() { return parseNumber(text()); }
+    float fraction() { return parseFraction(text()); }
+    // Two fields: dice, then pips.
+    DiceCode code();
+
+  private:
+    std::string_view line;
+    std::size_t position = 0;
+    bool exhausted = false;
+};
+
+// The next character of a stream as an unsigned byte, or -1 at its end.
+int peekByte(std::istream& in);

@@ -1,0 +1,45 @@
+// Skills and attributes: the catalogue read from "skills.dat", and the tree of parents through
+// which an untrained skill falls back on its attribute.
+#pragma once
+
+#include "rules/dice.h"
+#include "shell/observer.h"
+
+#include <list>
+#include <map>
+#include <string>
+
+// A named level. In the catalogue the level is 0D+0; a character holds its own copies.
+class Skill : public Observed {
+  public:
+    explicit Skill(std::string name = {}, DiceCode level = {}, int duration = 0)
+        : name(std::move(name)), level(level), duration(duration) {}
+
+    std::string name;
+    DiceCode level;
+    // Carried with every copy and shown; no rule reads it.
+    int duration;
+};
+
+// The catalogue in file order; owns its entries.
+extern std::list<Skill*> allSkills;
+// Skill name to parent name; an attribute has the empty parent.
+extern std::map<std::string, std::string> skillParents;
+
+// The parent of a name. An unknown name is entered with the empty parent, so that any name can be
+// climbed and every climb ends.
+std::string& parentOf(const std::string& name);
+
+// Whether a climb from name, through its parents, meets ancestor; the name itself counts. A tree
+// that loops in a hand-edited file ends the climb where it comes round again.
+bool descendsFrom(const std::string& name, const std::string& ancestor);
+
+// A new skill with the catalogue entry's name and duration and the given level, owned by the
+// caller; null when the catalogue lacks the name.
+Skill* makeSkill(const std::string& name, int dice, int pips);
+
+// Reads "skills.dat". A line that begins with a character not above "0" (a blank line, a space, a
+// "0", the end of the file) ends the list.
+void loadSkills();
+// Deletes the catalogue and forgets the tree.
+void clearSkills();

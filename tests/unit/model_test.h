@@ -1,0 +1,34 @@
+// Tests of the rules model start and end with empty catalogues, so that they also pass when they
+// all run in one process.
+#pragma once
+
+#include "rules/character.h"
+#include "rules/faction.h"
+#include "temp_dir.h"
+
+#include <algorithm>
+
+inline void clearModel() {
+    clearFactions();
+    clearCharacters();
+    clearItems();
+    clearSkills();
+}
+
+template <class Base> class Model : public Base {
+  protected:
+    void SetUp() override { clearModel(), Base::SetUp(); }
+    void TearDown() override { clearModel(), Base::TearDown(); }
+};
+using ModelTest = Model<::testing::Test>;
+using ModelFileTest = Model<TempDirTest>;
+
+// Failures show codes as the referee reads them.
+inline void PrintTo(const DiceCode& code, std::ostream* out) {
+    *out << code.text();
+}
+
+inline int countReason(const Character& c, const std::string& reason) {
+    return static_cast<int>(std::count_if(c.penalties.begin(), c.penalties.end(),
+                                          [&](Penalty* p) { return p->reason == reason; }));
+}
