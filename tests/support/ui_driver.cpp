@@ -46,6 +46,8 @@ Root::Root() : Window(nullptr, 0, 0, 100, 100, "") { fontSize = 1.5f; }
 std::string campaignDir() { return HEXFOLD_CAMPAIGN_DIR; }
 
 void UiTest::SetUp() {
+    // The root first: a derived fixture may add windows to it even when the set-up failed.
+    root = new Root();
     startGraphics();
     ASSERT_TRUE(graphicsOpened()) << "no window: run the UI tests under xvfb-run";
     ASSERT_EQ(chdir(HEXFOLD_CAMPAIGN_DIR), 0);
@@ -53,7 +55,6 @@ void UiTest::SetUp() {
     resetInputState();
     // Registering delivers the pointer's present place, (0, 0) after the reset.
     platform::glfwSetMousePosCallback(mousePosCallback);
-    root = new Root();
 }
 
 void UiTest::TearDown() {
