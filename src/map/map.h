@@ -1,0 +1,144 @@
+// Map: the tactical map, a window that owns a grid of cells, shows them in 3D through a free camera,
+// answers questions of space (which cell lies where, how far, which way) and turns the pointer into
+// statements about cells through six delegates. Also the layer flags, path steps and map files.
+#pragma once
+
+#include <deque>
+#include <iosfwd>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "map/camera.h"
+#include "map/cell.h"
+#include "toolkit/window.h"
+
+class Character;
+
+// One entry of a way: the cell, and the colour of the path line there.
+struct PathStep {
+    Cell* cell;
+    float red, green, blue;
+};
+
+// Which terrain layers the map paints over the ground; written by the combat window's switches.
+extern bool showLight;
+extern bool showSmoke;
+extern bool showProtection;
+extern bool showDifficulty;
+extern bool showWalls;
+
+// File name to OpenGL texture name, for the whole run; a texture is never forgotten.
+extern std::map<std::string, unsigned int> textureCache;
+// The texture of an image file, with mipmaps, read once per name. Whatever the image library makes
+// of a file it cannot read is cached all the same. Without a window there is no context to make a
+// texture in, and 0 comes back.
+unsigned int loadTexture(const char* name);
+
+class Map : public Window {
+  public:
+    // An empty grid at (0, 0), size 1 x 1; place it with setArea.
+    explicit Map(Window* parent);
+    ~Map() override;
+
+    void draw(float alpha) override;
+    // Zooms towards the pointer.
+    void onWheel(int delta) override;
+    // Hovering; panning while the right button is held, turning while the third is.
+    void onMouseMove(int dx, int dy) override;
+    // The third button gives the map the keys.
+    void onButtonDown(int button) override;
+    // Right shift lays the proposed way down; otherwise a click on the hovered cell is reported.
+    void onLeftClick() override;
+    void onRightClick() override;
+
+    virtual void reservedHook();
+    // Where the ray through a pixel meets the plane z = planeZ.
+    virtual void screenToPlane(float px, float py, Vector3* out, float planeZ);
+    // The first cell that the ray through a pixel touches, top or flank; hit is where.
+    virtual Cell* pick(float px, float py, Vector3* hit);
+    // Walks the straight line between two cells: to when nothing is in the way, the cell that stands
+    // higher than the line where the line leaves it, or null when the line runs off the map.
+    virtual Cell* traceLine(Cell* from, Cell* to);
+    // The cell whose outline holds a point of the map plane, or null. Here: a grid of unit squares.
+    virtual Cell* cellAt(float x, float y);
+    // Writes the map to its file; a file that cannot be opened leaves everything as it was.
+    virtual void save();
+    virtual void write(std::ostream& out);
+    virtual void setArea(float x, float y, float width, float height);
+    // These two are the only way the view rectangle follows the window: the map does not follow
+    // its parent.
+    virtual void setPosition(float x, float y);
+    virtual void setSize(float width, float height);
+
+    // Rebuilds pendingPath from the end of committedPath, or the mover's cell, to hovered.
+    void findPath(Character* mover);
+    // Lays pendingPath down at the end of committedPath.
+    void commitPath();
+    void clearPendingPath();
+    void clearCommittedPath();
+
+    void drawCell(const Cell* cell);
+    void drawPrism(const Cell* cell);
+    void drawWalls(const Cell* cell);
+
+    Camera camera;
+    int columns = 0, rows = 0;
+    // Row by row, each row by ascending column; all point into one block that the map owns.
+    std::vector<Cell*> cells;
+    unsigned int texture = 0; // the ground picture
+    std::deque<PathStep> committedPath;
+    std::deque<PathStep> pendingPath;
+    float committedLength = 0;
+    float pendingLength = 0; // along both ways; 0 when nothing is proposed
+    int committedDifficulty = 0;
+    int pendingDifficulty = 0;
+    int requiredRoll = 0; // the movement table's entry for the whole way
+    bool showPath = true;
+    Cell* hovered = nullptr; // the cell under the pointer; kept when the pointer leaves the map
+    float viewLeft = 0, viewTop = 0, viewWidth = 0, viewHeight = 0; // pixels, top-left origin
+    float reservedA = 0, reservedB = 0; // from the file header, written back unread
+
+    Delegate dropHandler;
+    Delegate occupiedClickHandler;
+    Delegate occupiedHoverHandler;
+    Delegate emptyClickHandler;
+    Delegate emptyHoverHandler;
+    Delegate pathResetHandler;
+
+  protected:
+    // A block of columns x rows new cells and the table that points into it; no geometry.
+    void makeCells(int columns, int rows);
+    void saveAs(const char* fileName);
+
+  private:
+    void moveByKeys();
+    // The faces of a cell's prism, top and flank, without the outline.
+    void drawFaces(const Cell* cell, bool textured);
+    void drawLayer(const Cell* cell, float red, float green, float blue, float alpha);
+    void drawPathLine();
+    void pan(int dx, int dy, bool overCell);
+    void turn(int dx, int dy, bool overCell);
+    // u and v of a pixel: -1 at the view's left and top edges, 1 at the right and bottom.
+    void viewCoordinates(float px, float py, float& u, float& v) const;
+
+    std::unique_ptr<Cell[]> cellBlock;
+};
+
+// 0 without a first cell; else the distance between the centres, height included.
+float distance(Cell* a, Cell* b);
+// In the xy plane: the ray parameter at which the ray crosses segment ab, in lengths of direction
+// (negative behind the origin); 0 when the origin lies on the segment's line; -1 when the ray's line
+// misses the segment or runs parallel to it.
+float raySegment(Vector3 origin, Vector3 direction, Vector3 a, Vector3 b);
+// Puts the character on the cell, taking it off its old cell if it still stands there. An earlier
+// occupant of the new cell is not told.
+void placeCharacter(Character* c, Cell* cell);
+
+// Reads "qm2207.map6" into a new HexMap under parent. Null when the file cannot be opened or its
+// header is implausible (columns or rows below 1 or above maxMapSide).
+Map* loadMap(Window* parent);
+inline constexpr int maxMapSide = 1024;
+// The map file, or when there is none to be had, a flat 32 x 24 grid on the ground "back.dds".
+Map* openMap(Window* parent);

@@ -1,0 +1,136 @@
+// Map files and textures: reading "qm2207.map6" field by field, writing a map back, the built-in
+// flat map for a campaign without a usable map file, and the cache of ground pictures.
+#include <GL/gl.h>
+#include <IL/il.h>
+#define ILUT_USE_OPENGL
+#include <IL/ilut.h>
+
+#include <charconv>
+#include <cmath>
+#include <fstream>
+#include <ostream>
+
+#include "map/hex_map.h"
+#include "rules/field_reader.h"
+#include "shell/graphics.h"
+
+std::map<std::string, unsigned int> textureCache;
+
+unsigned int loadTexture(const char* name) {
+    auto cached = textureCache.find(name);
+    if (cached != textureCache.end()) return cached->second;
+    if (!graphicsOpened()) return 0;
+    ILuint image = 0;
+    ilGenImages(1, &image);
+    ilBindImage(image);
+    ilLoadImage(name);
+    // The image library makes the mipmaps and the texture in one call.
+    GLuint texture = ilutGLBindMipmaps();
+    ilDeleteImages(1, &image);
+    textureCache[name] = texture;
+    return texture;
+}
+
+namespace {
+// Reads a map file the way it was always read: field by field up to a separator, so that a line
+// with too many or too few fields runs the rest out of step rather than being refused. Only the
+// texture name and the height end at a line end. Past the end every field is empty.
+class FieldStream {
+  public:
+    explicit FieldStream(std::istream& in) : buffer(in.rdbuf()) {}
+
+    // Up to the next `end`, which is consumed. Characters beyond the longest sensible field are
+    // skipped, so that no file makes the reader allocate without bound.
+    const std::string& field(char end) {
+        text.clear();
+        if (!buffer) return text;
+        for (;;) {
+            int c = buffer->sbumpc();
+            if (c == std::char_traits<char>::eof() || c == end) break;
+            if (text.size() < longestField) text.push_back(static_cast<char>(c));
+        }
+        return text;
+    }
+
+  private:
+    static constexpr std::size_t longestField = 4096;
+    std::streambuf* buffer;
+    std::string text;
+};
+
+// A decimal with an optional sign, fraction and exponent, as the writer makes them; anything that
+// does not start with a number, and anything beyond the float range, reads as 0.
+float parseReal(const std::string& field) {
+    const char* first = field.data();
+    const char* last = first + field.size();
+    bool negative = false;
+    if (first != last && (*first == '+' || *first == '-')) negative = *first++ == '-';
+    if (first == last || !((*first >= '0' && *first <= '9') || *first == '.')) return 0;
+    float value = 0;
+    auto [end, error] = std::from_chars(first, last, value);
+    if (error != std::errc() || end == first || !std::isfinite(value)) return 0;
+    return negative ? -value : value;
+}
+} // namespace
+
+Map* loadMap(Window* parent) {
+    std::ifstream in("qm2207.map6", std::ios::binary);
+    if (!in) return nullptr;
+    FieldStream file(in);
+    file.field('|'); // the number of sides: every cell has six whatever it says
+    int columns = parseNumber(file.field('|'));
+    int rows = parseNumber(file.field('|'));
+    // Beyond these the header is taken for garbage, and the size bounds what reading allocates.
+    if (columns < 1 || columns > maxMapSide || rows < 1 || rows > maxMapSide) return nullptr;
+    HexMap* map = new HexMap(parent, columns, rows);
+    map->reservedA = parseReal(file.field('|'));
+    map->reservedB = parseReal(file.field('|'));
+    std::string textureName = file.field('\n');
+    if (!textureName.empty() && textureName.back() == '\r') textureName.pop_back();
+    map->texture = loadTexture(textureName.c_str());
+    for (Cell* cell : map->cells) {
+        cell->light.dice = parseNumber(file.field('|'));
+        cell->cover.dice = parseNumber(file.field('|'));
+        cell->protect.dice = parseNumber(file.field('|'));
+        cell->hardness.dice = parseNumber(file.field('|'));
+        cell->difficulty = parseNumber(file.field('|'));
+        // "0" is a wall; anything else, an empty field too, is open.
+        for (int i = 0; i < cell->sides; ++i)
+            cell->walls[i] = file.field('|') == "0";
+        cell->setHeight(parseReal(file.field('\n')));
+    }
+    return map;
+}
+
+Map* openMap(Window* parent) {
+    if (Map* map = loadMap(parent)) return map;
+    HexMap* flat = new HexMap(parent, 32, 24);
+    flat->texture = loadTexture("back.dds");
+    return flat;
+}
+
+void Map::write(std::ostream& out) {
+    out.precision(6);
+    out.unsetf(std::ios::floatfield);
+    // The texture is always written as the one ground picture, whatever the map was read from.
+    out << 6 << '|' << columns << '|' << rows << '|' << reservedA << '|' << reservedB << '|' << "back.dds"
+        << std::endl;
+    for (const Cell* c : cells) {
+        out << c->light.dice << '|' << c->cover.dice << '|' << c->protect.dice << '|' << c->hardness.dice
+            << '|' << c->difficulty << '|';
+        // Map-edge sides too; the fields run the opposite way from the flags.
+        for (int i = 0; i < c->sides; ++i)
+            out << (c->walls[i] ? '0' : '1') << '|';
+        out << c->centre.z << std::endl;
+    }
+}
+
+void Map::saveAs(const char* fileName) {
+    std::ofstream out(fileName, std::ios::binary | std::ios::trunc);
+    if (!out) return;
+    write(out);
+}
+
+void Map::save() {
+    saveAs("qm2207.map8");
+}

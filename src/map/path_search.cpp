@@ -1,0 +1,134 @@
+// The path search: an A* with a budget from the end of the laid-down way, or the mover's cell, to
+// the hovered cell, with the line coloured by the speed that each stretch would take.
+//
+// Its quirks are the rules of the table, and the tests hold them:
+// - the budget is the move times 1, 2 or 4, by the speed of the last move and the actions taken;
+// - a target farther in a straight line than the square of what remains is refused at once;
+// - a cell's sort key is its cost plus the square root of its distance to the target, fixed at the
+//   first sight of the cell even when a shorter way to it turns up later;
+// - among equal keys the cell put on the open list last comes first.
+#include <cmath>
+#include <list>
+
+#include "map/map.h"
+#include "rules/character.h"
+#include "rules/speed.h"
+
+namespace {
+// Before the first entry whose key is at least the cell's own: the newest of equal keys first.
+void insertSorted(std::list<Cell*>& open, Cell* cell) {
+    auto at = open.begin();
+    while (at != open.end() && (*at)->pathEstimate < cell->pathEstimate)
+        ++at;
+    open.insert(at, cell);
+}
+
+// The colour of the line where the way has run `length` metres.
+PathStep colouredStep(Cell* cell, float length, float lowerLimit, float limit, float move) {
+    if (length < lowerLimit) return {cell, 0, 0, 0}; // could not stop here
+    if (length > limit) return {cell, 0, 0, 0};      // beyond the budget
+    if (length > 2 * move) return {cell, 1, 0, 0};   // full out
+    if (length > move) return {cell, 1, 1, 0};       // high speed
+    if (length > move / 2) return {cell, 0, 1, 0};   // normal
+    return {cell, 0, 0, 1};                          // cautious
+}
+} // namespace
+
+void Map::findPath(Character* mover) {
+    clearPendingPath();
+    Cell* target = hovered;
+    if (!target || !mover) return;
+
+    // After a standstill the move itself is in reach, after "cautious" twice the move, after
+    // anything faster four times, but twice only for a character who does more this round.
+    int m = mover->moveSpeed < 2 ? mover->moveSpeed : 2;
+    if (m < 0) m = 0;
+    if (m == 2 && (mover->actions > 1 || mover->actionsTaken != 0)) m = 1;
+    // In floating point: a move read from a hand-edited file may be near the int range.
+    float budget = static_cast<float>(mover->move) * static_cast<float>(1 << m);
+    float remaining = budget - committedLength;
+
+    Cell* start = committedPath.empty() ? mover->cell : committedPath.back().cell;
+    if (!start) return;
+    float h = distance(target, start);
+    start->pathEstimate = h;
+    if (h > remaining * remaining) return;
+
+    start->pathCost = 0;
+    start->pathParent = nullptr;
+    std::list<Cell*> open;
+    insertSorted(open, start);
+    for (Cell* c : cells)
+        c->pathState = 255;
+
+    bool found = false;
+    while (!open.empty()) {
+        Cell* cur = open.front();
+        if (cur == target) {
+            found = true;
+            break;
+        }
+        open.pop_front();
+        cur->pathState = 1;
+        for (int i = 0; i < cur->sides; ++i) {
+            Cell* n = cur->neighbours[i];
+            if (cur->walls[i] || !n) continue;
+            // Height counts: a step up or down is longer than one on the flat.
+            float g = cur->pathCost + distance(n, cur);
+            if (n->pathState == 1 && !(g < n->pathCost)) continue;
+            if (n->pathState == 0) {
+                if (!(g < n->pathCost)) continue;
+                open.remove(n);
+            }
+            if (n->pathState == 255) {
+                n->pathEstimate = g + std::sqrt(distance(n, target));
+                if (n->pathEstimate > remaining) continue;
+            }
+            n->pathCost = g;
+            n->pathParent = cur;
+            n->pathState = 0;
+            insertSorted(open, n);
+        }
+    }
+    if (!found) return;
+
+    pendingLength = target->pathCost + committedLength;
+    pendingDifficulty = committedDifficulty;
+    // A character at speed cannot stop dead: the line is black short of this.
+    float lowerLimit = mover->moveSpeed == 4 ? float(mover->move / 2) : mover->moveSpeed == 3 ? 1.0f : 0.0f;
+    float move = static_cast<float>(mover->move);
+    for (Cell* c = target; c; c = c->pathParent) {
+        if (c->difficulty > pendingDifficulty) pendingDifficulty = c->difficulty;
+        pendingPath.push_front(
+            colouredStep(c, committedLength + c->pathCost, lowerLimit, committedLength + remaining, move));
+    }
+
+    int speed = speedClass(mover, pendingLength);
+    // A way within the budget is one of the four speeds; a way of no length needs no roll, and
+    // rounding past four times the move is still full out.
+    if (speed < 1)
+        requiredRoll = noRollNeeded;
+    else
+        requiredRoll = moveTable[(speed > 4 ? 4 : speed) - 1][difficultyClass(pendingDifficulty)];
+}
+
+void Map::commitPath() {
+    for (const PathStep& step : pendingPath)
+        committedPath.push_back(step);
+    pendingPath.clear();
+    committedLength = pendingLength;
+    committedDifficulty = pendingDifficulty;
+}
+
+void Map::clearPendingPath() {
+    pendingPath.clear();
+    pendingLength = 0;
+    pendingDifficulty = 0;
+}
+
+void Map::clearCommittedPath() {
+    committedPath.clear();
+    committedLength = 0;
+    committedDifficulty = 0;
+    requiredRoll = 0;
+}
