@@ -77,10 +77,13 @@ void Map::draw(float) {
 
 void Map::drawCell(const Cell* cell) {
     if (showWalls) {
-        // Ahead of the prism: the depth test then keeps the red over the black outline.
+        // Ahead of the prism: the depth test then keeps the red over the black outline. Equal depths
+        // pass, so that a wall also shows over the outline of a neighbour drawn before this cell.
+        glDepthFunc(GL_LEQUAL);
         glColor4f(1, 0, 0, 1);
         glLineWidth(1);
         drawWalls(cell);
+        glDepthFunc(GL_LESS);
     }
     glColor4f(1, 1, 1, 1);
     drawPrism(cell);
