@@ -226,3 +226,19 @@ TEST(Rays, PickMissesWhenTheRayLeavesOrPassesUnderTheMap) {
     map->camera.placeAt({1.5f, 6, -1});
     EXPECT_EQ(map->pick(619, 23.04f, &hit), nullptr);
 }
+
+TEST(Rays, TraceLineReachesTheTargetUnlessACellStandsHigherThanTheLineOnTheWay) {
+    auto map = hexMap(9, 9);
+    Cell *from = at(*map, 1, 1), *to = at(*map, 7, 5);
+    EXPECT_EQ(map->traceLine(from, to), to);
+    for (int r = 0; r < 9; ++r)
+        at(*map, 4, r)->setHeight(3);
+    Cell* blocking = map->traceLine(from, to);
+    ASSERT_NE(blocking, nullptr);
+    EXPECT_EQ(blocking->centre.x, at(*map, 4, 0)->centre.x) << "the raised column";
+    from->setHeight(4);
+    to->setHeight(4);
+    EXPECT_EQ(map->traceLine(from, to), to) << "a line above the column passes";
+    EXPECT_EQ(map->traceLine(from, from), nullptr) << "a line of no length leads nowhere";
+    EXPECT_EQ(map->traceLine(nullptr, to), nullptr);
+}
