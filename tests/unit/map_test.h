@@ -5,23 +5,16 @@
 
 #include <cmath>
 #include <memory>
-#include <ostream>
 
 #include "map/hex_map.h"
 
 inline Cell* at(Map& map, int column, int row) {
     return map.cells[row * map.columns + column];
 }
-
 inline std::unique_ptr<HexMap> hexMap(int columns, int rows) {
     return std::make_unique<HexMap>(nullptr, columns, rows);
 }
 
-inline void PrintTo(const Vector3& v, std::ostream* out) {
-    *out << "(" << v.x << ", " << v.y << ", " << v.z << ")";
-}
-
-// Component by component, within a tolerance.
 inline ::testing::AssertionResult near(const Vector3& a, const Vector3& b, float tolerance = 1e-4f) {
     if (std::fabs(a.x - b.x) <= tolerance && std::fabs(a.y - b.y) <= tolerance &&
         std::fabs(a.z - b.z) <= tolerance)
