@@ -6,10 +6,11 @@
 
 class Button : public Window {
   public:
-    std::string caption; // centred
+    std::string caption;  // centred
     bool pressed = false; // drawn sunken; a Switch's state, which callers may set directly
 
-    Button(Window* parent, std::string caption, float x, float y, float width, float height, std::string value);
+    Button(Window* parent, std::string caption, float x, float y, float width, float height,
+           std::string value);
     ~Button() override;
     // Background, bevel and caption; no outline in the border colour.
     void draw(float alpha) override;
@@ -17,7 +18,8 @@ class Button : public Window {
 
 class Switch : public Button {
   public:
-    Switch(Window* parent, std::string caption, float x, float y, float width, float height, std::string value);
+    Switch(Window* parent, std::string caption, float x, float y, float width, float height,
+           std::string value);
     // Turns over, then fires leftClickHandler, which thus reads the new state.
     void onLeftClick() override;
 };
@@ -26,8 +28,8 @@ class DirectSwitch : public Switch {
   public:
     bool* variable; // not owned; must outlive the switch
 
-    DirectSwitch(Window* parent, bool* variable, std::string caption, float x, float y, float width, float height,
-                 std::string value);
+    DirectSwitch(Window* parent, bool* variable, std::string caption, float x, float y, float width,
+                 float height, std::string value);
     // Turns the variable over and shows it. The variable is read only here and at construction,
     // so a change made elsewhere shows after the next click.
     void onLeftClick() override;

@@ -9,7 +9,8 @@ class Dialogue : public Window {
     std::string caption; // the title
 
     // Movable, and raised by a drop on it, unlike a plain window.
-    Dialogue(Window* parent, std::string caption, float x, float y, float width, float height, std::string value);
+    Dialogue(Window* parent, std::string caption, float x, float y, float width, float height,
+             std::string value);
     ~Dialogue() override;
     void draw(float alpha) override;
 

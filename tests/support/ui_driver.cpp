@@ -210,7 +210,8 @@ int UiTest::countPixels(float x, float y, float w, float h, const std::function<
     return count;
 }
 
-UiTest::Span UiTest::columnsWhere(float x, float y, float w, float h, const std::function<bool(Rgb)>& wanted) {
+UiTest::Span UiTest::columnsWhere(float x, float y, float w, float h,
+                                  const std::function<bool(Rgb)>& wanted) {
     Block b = readBlock(x, y, w, h);
     Span s{-1, -1};
     for (int col = 0; col < b.w; ++col)

@@ -57,7 +57,8 @@ TEST_F(ButtonTest, ARaisedButtonIsLightAboveAndLeftDarkBelowAndRightWithNoOutlin
     EXPECT_GT(onBottom(dark), 150);
     EXPECT_GT(onRight(dark), 25);
     EXPECT_EQ(onTop(dark) + onLeft(dark) + onBottom(light) + onRight(light), 0);
-    EXPECT_EQ(countPixels(18, 18, 24, 10, [](Rgb c) { return c.r > 200 && c.g < 50; }), 0) << "no red outline";
+    EXPECT_EQ(countPixels(18, 18, 24, 10, [](Rgb c) { return c.r > 200 && c.g < 50; }), 0)
+        << "no red outline";
 
     // Holding the mouse button on a plain button changes nothing on the screen.
     moveTo(30, 23);

@@ -22,8 +22,9 @@ struct CloseWatcher {
     EventLog* log;
     int closed(Window* w) {
         auto* d = dynamic_cast<Dialogue*>(w);
-        bool inParent = d && d->parent &&
-                        std::find(d->parent->children.begin(), d->parent->children.end(), d) != d->parent->children.end();
+        bool inParent =
+            d && d->parent &&
+            std::find(d->parent->children.begin(), d->parent->children.end(), d) != d->parent->children.end();
         std::string whole = d && inParent && !d->children.empty() ? "whole" : "broken";
         if (auto* box = dynamic_cast<MessageBox*>(w)) whole += " saying " + box->text->caption;
         log->push_back("closed " + (d ? d->caption : "?") + " " + whole);
@@ -31,8 +32,12 @@ struct CloseWatcher {
     }
 };
 
-bool isWhite(Rgb c) { return c.r > 200 && c.g > 200 && c.b > 200; }
-bool isBlack(Rgb c) { return c.r < 30 && c.g < 30 && c.b < 30; }
+bool isWhite(Rgb c) {
+    return c.r > 200 && c.g > 200 && c.b > 200;
+}
+bool isBlack(Rgb c) {
+    return c.r < 30 && c.g < 30 && c.b < 30;
+}
 
 class DialogueTest : public UiTest {
   protected:

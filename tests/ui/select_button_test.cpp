@@ -109,7 +109,8 @@ TEST_F(SelectButtonTest, OpeningGrowsAndRaisesItSoThatTheListTakesTheClicksBenea
     toggle();
     EXPECT_EQ(root->children.back(), select);
     click(20, 14.5f);
-    EXPECT_THAT(log, ElementsAre("below:leave", "below:focus lost", "button Difficult=20")) << "the entry, not the window beneath";
+    EXPECT_THAT(log, ElementsAre("below:leave", "below:focus lost", "button Difficult=20"))
+        << "the entry, not the window beneath";
     log.clear();
 
     // Closing shrinks it back but leaves it in front.
