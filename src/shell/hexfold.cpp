@@ -3,6 +3,7 @@
 
 #include "platform/glfw2.h"
 #include "shell/frame_step.h"
+#include "shell/gallery.h"
 #include "shell/graphics.h"
 
 using namespace platform;
@@ -18,6 +19,8 @@ Hexfold::Hexfold() : Window(nullptr, 0, 0, 1, 1, "") {
     y = 0;
     width = 100;
     height = 100;
+    // Until the dock and the combat panel exist, the screen shows the toolkit's widgets.
+    openGallery(this);
 }
 
 Hexfold::~Hexfold() = default;
