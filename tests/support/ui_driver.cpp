@@ -178,69 +178,29 @@ int UiTest::inkIn(float x, float y, float w, float h, Rgb background, int tolera
     return countPixels(x, y, w, h, [&](Rgb c) { return !near(c, background, tolerance); });
 }
 
-namespace {
-// The pixels of a logical rectangle, the top row first, with the pixel position of its top left.
-struct Block {
-    int x0 = 0, y0 = 0, w = 0, h = 0;
-    std::vector<unsigned char> rgb; // rows from the bottom up, as OpenGL gives them
-
-    Rgb at(int col, int row) const {
-        std::size_t i = (std::size_t(h - 1 - row) * std::size_t(w) + std::size_t(col)) * 3;
-        return {rgb[i], rgb[i + 1], rgb[i + 2]};
-    }
-};
-
-Block readBlock(float x, float y, float w, float h) {
-    Block b;
-    b.x0 = static_cast<int>(std::ceil(x * pixelsPerUnitX));
-    b.y0 = static_cast<int>(std::ceil(y * pixelsPerUnitY));
-    int x1 = static_cast<int>((x + w) * pixelsPerUnitX), y1 = static_cast<int>((y + h) * pixelsPerUnitY);
-    if (x1 <= b.x0 || y1 <= b.y0) return b;
-    b.w = x1 - b.x0;
-    b.h = y1 - b.y0;
-    b.rgb.resize(std::size_t(b.w) * std::size_t(b.h) * 3);
+int UiTest::countPixels(float x, float y, float w, float h, const std::function<bool(Rgb)>& wanted) {
+    int x0 = static_cast<int>(std::ceil(x * pixelsPerUnitX)), x1 = static_cast<int>((x + w) * pixelsPerUnitX);
+    int y0 = static_cast<int>(std::ceil(y * pixelsPerUnitY)), y1 = static_cast<int>((y + h) * pixelsPerUnitY);
+    if (x1 <= x0 || y1 <= y0) return 0;
+    std::vector<unsigned char> block(std::size_t(x1 - x0) * std::size_t(y1 - y0) * 3);
     glReadBuffer(GL_BACK);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glReadPixels(b.x0, 768 - y1, b.w, b.h, GL_RGB, GL_UNSIGNED_BYTE, b.rgb.data());
-    return b;
-}
-} // namespace
-
-int UiTest::countPixels(float x, float y, float w, float h, const std::function<bool(Rgb)>& wanted) {
-    Block b = readBlock(x, y, w, h);
+    glReadPixels(x0, 768 - y1, x1 - x0, y1 - y0, GL_RGB, GL_UNSIGNED_BYTE, block.data());
     int count = 0;
-    for (int row = 0; row < b.h; ++row)
-        for (int col = 0; col < b.w; ++col)
-            if (wanted(b.at(col, row))) ++count;
+    for (std::size_t i = 0; i < block.size(); i += 3)
+        if (wanted({block[i], block[i + 1], block[i + 2]})) ++count;
     return count;
 }
 
 UiTest::Span UiTest::columnsWhere(float x, float y, float w, float h,
                                   const std::function<bool(Rgb)>& wanted) {
-    Block b = readBlock(x, y, w, h);
     Span s{-1, -1};
-    for (int col = 0; col < b.w; ++col)
-        for (int row = 0; row < b.h; ++row)
-            if (wanted(b.at(col, row))) {
-                float lx = (b.x0 + col) / pixelsPerUnitX;
-                if (s.first < 0) s.first = lx;
-                s.last = lx;
-                break;
-            }
-    return s;
-}
-
-UiTest::Span UiTest::rowsWhere(float x, float y, float w, float h, const std::function<bool(Rgb)>& wanted) {
-    Block b = readBlock(x, y, w, h);
-    Span s{-1, -1};
-    for (int row = 0; row < b.h; ++row)
-        for (int col = 0; col < b.w; ++col)
-            if (wanted(b.at(col, row))) {
-                float ly = (b.y0 + row) / pixelsPerUnitY;
-                if (s.first < 0) s.first = ly;
-                s.last = ly;
-                break;
-            }
+    for (int px = static_cast<int>(std::ceil(x * pixelsPerUnitX)); px < (x + w) * pixelsPerUnitX; ++px) {
+        float lx = px / pixelsPerUnitX;
+        if (countPixels(lx, y, 1 / pixelsPerUnitX, h, wanted) == 0) continue;
+        if (s.first < 0) s.first = lx;
+        s.last = lx;
+    }
     return s;
 }
 

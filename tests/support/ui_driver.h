@@ -63,15 +63,13 @@ class UiTest : public ::testing::Test {
     int inkIn(float x, float y, float w, float h, Rgb background = {0, 0, 0}, int tolerance = 40);
     // Counts the pixels in a logical rectangle for which the predicate holds.
     int countPixels(float x, float y, float w, float h, const std::function<bool(Rgb)>& wanted);
-    // The first and last pixel column (or row) in a logical rectangle that holds a pixel for which
-    // the predicate holds, as logical coordinates of the pixels' left (or top) edges; {-1, -1}
-    // when there is none.
+    // The first and last pixel column in a logical rectangle that holds a pixel for which the
+    // predicate holds, as logical x of the pixels' left edges; {-1, -1} when there is none.
     struct Span {
         float first, last;
         float middle() const { return (first + last) / 2; }
     };
     Span columnsWhere(float x, float y, float w, float h, const std::function<bool(Rgb)>& wanted);
-    Span rowsWhere(float x, float y, float w, float h, const std::function<bool(Rgb)>& wanted);
     // Writes the frame last drawn to build/screenshots/NAME.png and returns the path.
     std::string screenshot(const std::string& name);
 

@@ -1,141 +1,121 @@
-// Buttons and switches read back as pixels (the bevel, the centred caption, no outline) and
-// clicked with the real pointer (switch states, the bound variable of a DirectSwitch).
+// Switches and the drop-down under the real pointer: switch states, and opening, choosing, sorting and
+// select() of a SelectButton.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/probe.h"
 #include "support/ui_driver.h"
-#include "toolkit/button.h"
-#include "toolkit/font.h"
+#include "toolkit/select_button.h"
 
 using namespace ui;
 using ::testing::ElementsAre;
 
 namespace {
 
-constexpr Rgb light{217, 217, 217}; // 0.85
-constexpr Rgb dark{140, 140, 140};  // 0.55
-
-// Notes what each click handler saw at the moment it ran.
-struct ClickWatcher {
-    std::vector<std::string> seen;
-    bool* variable = nullptr;
-    int clicked(Window* w) {
-        auto* b = static_cast<Button*>(w);
-        std::string entry = b->caption + (b->pressed ? " pressed" : " raised");
-        if (variable) entry += *variable ? " true" : " false";
-        seen.push_back(entry);
-        return 0;
-    }
-};
-
 class ButtonTest : public UiTest {
   protected:
-    ClickWatcher watcher;
+    EventLog log;
+    SelectButton* select = nullptr;
 
-    // Pixels of a colour along each edge of a button at (20, 20), 20 x 6.
-    int onTop(Rgb c) { return countPixels(21, 19.7f, 18, 0.6f, is(c)); }
-    int onBottom(Rgb c) { return countPixels(21, 25.7f, 18, 0.6f, is(c)); }
-    int onLeft(Rgb c) { return countPixels(19.8f, 21, 0.4f, 4, is(c)); }
-    int onRight(Rgb c) { return countPixels(39.8f, 21, 0.4f, 4, is(c)); }
-    static std::function<bool(Rgb)> is(Rgb c) {
-        return [c](Rgb p) { return near(p, c, 3); };
+    // Logs "caption pressed|raised" for a click, "chose caption=value" for a drop-down's choice.
+    int clicked(Window* w) {
+        auto* b = static_cast<Button*>(w);
+        log.push_back(b->caption + (b->pressed ? " pressed" : " raised"));
+        return 0;
     }
+    int chosen(Window* w) {
+        log.push_back(std::string(w == select->button ? "chose " : "? ") + static_cast<Button*>(w)->caption +
+                      "=" + w->value);
+        return 0;
+    }
+    void watchClicks(Window* w) { w->leftClickHandler.bind(this, &ButtonTest::clicked); }
+    // A drop-down at (10, 10), 20 x 3, with entries added in this order.
+    void makeSelect(std::initializer_list<std::pair<const char*, const char*>> entries) {
+        select = new SelectButton(root, 10, 10, 20, 3, "");
+        select->selectHandler.bind(this, &ButtonTest::chosen);
+        for (auto [caption, value] : entries)
+            select->addEntry(caption, value);
+    }
+    // The present choice, then the entries from top to bottom, as "caption=value".
+    std::vector<std::string> texts() const {
+        std::vector<Window*> rows = select->list->children;
+        std::sort(rows.begin(), rows.end(), [](Window* a, Window* b) { return a->y < b->y; });
+        rows.insert(rows.begin(), select->button);
+        std::vector<std::string> out;
+        for (Window* w : rows)
+            out.push_back(static_cast<Button*>(w)->caption + "=" + w->value);
+        return out;
+    }
+    void clickRow(int row) { click(20, 13 + 3 * row + 1.5f); } // rows 3 high, below the button
 };
 
-TEST_F(ButtonTest, ARaisedButtonIsLightAboveAndLeftDarkBelowAndRightWithNoOutline) {
-    Button* b = new Button(root, "", 20, 20, 20, 6, "");
-    b->backColour[0] = 0.2f;
-    b->backColour[1] = 0.3f;
-    b->backColour[2] = 0.8f;
-    b->backColour[3] = 0; // plays no part
-    b->borderColour[0] = 1;
-    b->borderColour[1] = b->borderColour[2] = 0;
-    frame();
-    EXPECT_TRUE(near(pixel(30, 23), Rgb{51, 77, 204}, 2)) << pixel(30, 23);
-    EXPECT_GT(onTop(light), 150);
-    EXPECT_GT(onLeft(light), 25);
-    EXPECT_GT(onBottom(dark), 150);
-    EXPECT_GT(onRight(dark), 25);
-    EXPECT_EQ(onTop(dark) + onLeft(dark) + onBottom(light) + onRight(light), 0);
-    EXPECT_EQ(countPixels(18, 18, 24, 10, [](Rgb c) { return c.r > 200 && c.g < 50; }), 0)
-        << "no red outline";
-
-    // Holding the mouse button on a plain button changes nothing on the screen.
-    moveTo(30, 23);
-    press();
-    EXPECT_GT(onTop(light), 150);
-    EXPECT_EQ(onTop(dark), 0);
-    release();
-}
-
-TEST_F(ButtonTest, APressedButtonIsSunken) {
-    Button* b = new Button(root, "", 20, 20, 20, 6, "");
-    b->pressed = true;
-    frame();
-    EXPECT_GT(onTop(dark), 150);
-    EXPECT_GT(onLeft(dark), 25);
-    EXPECT_GT(onBottom(light), 150);
-    EXPECT_GT(onRight(light), 25);
-    EXPECT_EQ(onTop(light) + onLeft(light) + onBottom(dark) + onRight(dark), 0);
-}
-
-TEST_F(ButtonTest, TheCaptionIsCentredInTheTextColour) {
-    auto ink = [](Rgb c) { return c.r < 100 && c.b > 150; };
-    for (const char* caption : {"OK", "Roll the dice"}) {
-        root->deleteChildren();
-        Button* b = new Button(root, caption, 20, 20, 30, 5, "");
-        b->textColour[2] = 1; // blue
-        frame();
-        Span across = columnsWhere(20.5f, 20.5f, 29, 4, ink);
-        Span down = rowsWhere(20.5f, 20.5f, 29, 4, ink);
-        float w = measureText(caption, 1.5f);
-        EXPECT_NEAR(across.first, 35 - w / 2, 0.4) << caption;
-        EXPECT_NEAR(across.last, 35 + w / 2, 0.4) << caption;
-        // The glyph box: 1.5 high, its top at (5 - 1.5 - 0.1) / 2 = 1.7 from the button's top.
-        EXPECT_GE(down.first, 21.6f) << caption;
-        EXPECT_LE(down.last, 23.3f) << caption;
-    }
-}
-
-TEST_F(ButtonTest, AButtonClickFiresItsHandlerOnce) {
-    Button* b = new Button(root, "Go", 20, 20, 20, 6, "");
-    b->leftClickHandler.bind(&watcher, &ClickWatcher::clicked);
-    clickOn(b);
-    EXPECT_THAT(watcher.seen, ElementsAre("Go raised"));
-}
-
-TEST_F(ButtonTest, ASwitchTurnsOverBeforeItsHandlerRunsAndShowsItsState) {
-    Switch* s = new Switch(root, "Prone", 20, 20, 20, 6, "");
-    s->leftClickHandler.bind(&watcher, &ClickWatcher::clicked);
-    clickOn(s);
-    frame();
-    EXPECT_GT(onTop(dark), 150) << "on: sunken";
-    clickOn(s);
-    frame();
-    EXPECT_GT(onTop(light), 150) << "off: raised";
-    EXPECT_THAT(watcher.seen, ElementsAre("Prone pressed", "Prone raised"));
-}
-
-TEST_F(ButtonTest, ADirectSwitchTurnsItsVariableOverAndShowsWhatItLastWrote) {
-    bool showWalls = true;
-    watcher.variable = &showWalls;
-    DirectSwitch* s = new DirectSwitch(root, &showWalls, "Walls", 20, 20, 20, 6, "");
-    s->leftClickHandler.bind(&watcher, &ClickWatcher::clicked);
-    frame();
-    EXPECT_GT(onTop(dark), 150) << "takes the variable at construction";
-    clickOn(s);
-    EXPECT_FALSE(showWalls);
-
-    // A change made elsewhere does not show ...
-    showWalls = true;
-    frame();
-    EXPECT_GT(onTop(light), 150);
-    // ... and the next click turns the variable over from what it is, not from what was shown.
-    moveTo(30, 24);
+TEST_F(ButtonTest, ASwitchTurnsOverBeforeItsHandlerRunsAndADirectSwitchWritesItsVariable) {
+    Switch* prone = new Switch(root, "Prone", 20, 20, 20, 6, "");
+    bool walls = true;
+    DirectSwitch* direct = new DirectSwitch(root, &walls, "Walls", 20, 30, 20, 6, "");
+    watchClicks(prone);
+    watchClicks(direct);
+    EXPECT_TRUE(direct->pressed) << "taken from the variable";
+    clickOn(prone);
+    clickOn(prone);
+    clickOn(direct);
+    EXPECT_FALSE(walls);
+    walls = true; // a change made elsewhere does not show, and the next click turns it over
+    clickOn(prone);
+    moveTo(30, 34);
     press();
     release();
-    EXPECT_FALSE(showWalls);
-    EXPECT_THAT(watcher.seen, ElementsAre("Walls raised false", "Walls raised false"));
+    EXPECT_FALSE(walls);
+    EXPECT_THAT(
+        log, ElementsAre("Prone pressed", "Prone raised", "Walls raised", "Prone pressed", "Walls raised"));
+}
+
+TEST_F(ButtonTest, TheDropDownListsItsEntriesSortedAndChoosingSwapsWithTheChoice) {
+    makeSelect({{"Medium", "15"}, {"Very Easy", "5"}, {"Heroic", "31"}, {"Easy", "10"}, {"Difficult", "20"}});
+    EXPECT_THAT(texts(), ElementsAre("Medium=15", "Difficult=20", "Easy=10", "Heroic=31", "Very Easy=5"));
+    new Probe(root, "below", 5, 13.5f, 30, 20, &log); // made later: in front of the closed drop-down
+    clickOn(select->button);
+    EXPECT_EQ(select->height, 3 + 4 * 3) << "grown over its list";
+    click(60, 60);
+    clickRow(0); // a click elsewhere left the list open, and the list lies in front
+    EXPECT_THAT(texts(), ElementsAre("Difficult=20", "Easy=10", "Heroic=31", "Medium=15", "Very Easy=5"));
+    EXPECT_EQ(select->height, 3);
+    EXPECT_EQ(root->children.back(), select) << "raised when opened, and left there";
+    click(20, 21.5f); // where an entry stood: the window beneath has it back
+    select->select("20");
+    select->select("99");
+    select->select("31");
+    EXPECT_THAT(texts(), ElementsAre("Heroic=31", "Difficult=20", "Easy=10", "Medium=15", "Very Easy=5"))
+        << "select() of the present choice or of an unknown value changes nothing";
+    EXPECT_THAT(log, ElementsAre("chose Difficult=20", "below:enter", "below:focus", "below:left click"))
+        << "select() fires nothing";
+}
+
+TEST_F(ButtonTest, OneEntryOpensAnEmptyListAndEntriesAddedWhileOpenWaitForTheNextOpening) {
+    makeSelect({{"None", ""}, {"Walk", "1"}}); // an empty value is no choice: overwritten
+    clickOn(select->button);
+    EXPECT_TRUE(select->list->visible);
+    EXPECT_EQ(select->height, 3);
+    select->addEntry("Run", "2");
+    EXPECT_EQ(select->height, 3);
+    clickOn(select->button);
+    clickOn(select->button);
+    EXPECT_EQ(select->height, 6);
+    EXPECT_THAT(texts(), ElementsAre("Walk=1", "Run=2"));
+}
+
+TEST_F(ButtonTest, EntriesSortByCaptionBarValueInByteOrder) {
+    makeSelect({{"Chosen", "x"},
+                {"Same", "2"},
+                {"Same", "10"},
+                {"Medium", "a"},
+                {"Medium range", "b"},
+                {"Mediumx", "c"},
+                {"L|R", "v"}});
+    // "|" sorts after space and the letters, so a caption follows the longer ones that it begins;
+    // a caption that holds a "|" is split there on the way back.
+    EXPECT_THAT(texts(), ElementsAre("Chosen=x", "L=R|v", "Medium range=b", "Mediumx=c", "Medium=a",
+                                     "Same=10", "Same=2"));
 }
 
 } // namespace
