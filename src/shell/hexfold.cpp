@@ -5,6 +5,8 @@
 #include "shell/frame_step.h"
 #include "shell/gallery.h"
 #include "shell/graphics.h"
+#include "toolkit/balloon.h"
+#include "toolkit/input_state.h"
 
 using namespace platform;
 
@@ -23,6 +25,9 @@ Hexfold::Hexfold() : Window(nullptr, 0, 0, 1, 1, "") {
     openGallery(this);
 }
 
-Hexfold::~Hexfold() = default;
+Hexfold::~Hexfold() {
+    // A balloon belongs to no tree: one still showing at the end is deleted here.
+    if (balloonWindow) delete balloonWindow;
+}
 
 void Hexfold::draw(float) {}
