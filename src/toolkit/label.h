@@ -1,5 +1,5 @@
-// Label: a caption with no box around it. MenuEntry: a label on a background that lights up
-// under the pointer, as in the dock and the list windows.
+// Label: a caption with no box around it. It takes the pointer like any window, which keeps a
+// dialogue from being dragged by the text on it.
 #pragma once
 
 #include "toolkit/window.h"

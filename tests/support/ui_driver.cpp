@@ -26,7 +26,12 @@ void startGraphics() {
     started = true;
     if (chdir(HEXFOLD_CAMPAIGN_DIR) != 0) return;
     platform::selectBackend(platform::Backend::Scripted);
-    setupGraphics();
+    // The virtual X server now and then hangs up on a new client at once (about one connection in
+    // a few hundred here); a test process tries again rather than failing all of its tests.
+    for (int attempt = 0; attempt < 5 && !graphicsOpened(); ++attempt) {
+        if (attempt > 0) usleep(200 * 1000);
+        setupGraphics();
+    }
     if (!graphicsOpened()) return;
     startImageLibrary();
     platform::glfwSetKeyCallback(keyCallback);
@@ -107,6 +112,25 @@ void UiTest::drag(float fromX, float fromY, float toX, float toY, int steps) {
     release(0);
 }
 
+UiTest::Rect UiTest::screenRect(Window* w) {
+    Rect r{0, 0, w->width, w->height};
+    for (Window* p = w; p; p = p->parent) {
+        r.x += p->x;
+        r.y += p->y;
+    }
+    return r;
+}
+
+void UiTest::moveOnto(Window* w) {
+    Rect r = screenRect(w);
+    moveTo(r.centreX(), r.centreY());
+}
+
+void UiTest::clickOn(Window* w, int button) {
+    Rect r = screenRect(w);
+    click(r.centreX(), r.centreY(), button);
+}
+
 void UiTest::wheel(int steps) {
     platform::script::turnWheel(steps);
     settle();
@@ -166,6 +190,18 @@ int UiTest::countPixels(float x, float y, float w, float h, const std::function<
     for (std::size_t i = 0; i < block.size(); i += 3)
         if (wanted({block[i], block[i + 1], block[i + 2]})) ++count;
     return count;
+}
+
+UiTest::Span UiTest::columnsWhere(float x, float y, float w, float h,
+                                  const std::function<bool(Rgb)>& wanted) {
+    Span s{-1, -1};
+    for (int px = static_cast<int>(std::ceil(x * pixelsPerUnitX)); px < (x + w) * pixelsPerUnitX; ++px) {
+        float lx = px / pixelsPerUnitX;
+        if (countPixels(lx, y, 1 / pixelsPerUnitX, h, wanted) == 0) continue;
+        if (s.first < 0) s.first = lx;
+        s.last = lx;
+    }
+    return s;
 }
 
 std::string UiTest::screenshot(const std::string& name) {

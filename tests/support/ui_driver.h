@@ -63,8 +63,27 @@ class UiTest : public ::testing::Test {
     int inkIn(float x, float y, float w, float h, Rgb background = {0, 0, 0}, int tolerance = 40);
     // Counts the pixels in a logical rectangle for which the predicate holds.
     int countPixels(float x, float y, float w, float h, const std::function<bool(Rgb)>& wanted);
+    // The first and last pixel column in a logical rectangle that holds a pixel for which the
+    // predicate holds, as logical x of the pixels' left edges; {-1, -1} when there is none.
+    struct Span {
+        float first, last;
+        float middle() const { return (first + last) / 2; }
+    };
+    Span columnsWhere(float x, float y, float w, float h, const std::function<bool(Rgb)>& wanted);
     // Writes the frame last drawn to build/screenshots/NAME.png and returns the path.
     std::string screenshot(const std::string& name);
+
+    // A window's rectangle on the screen, in logical units, found by adding up the positions
+    // along its parent field.
+    struct Rect {
+        float x, y, w, h;
+        float centreX() const { return x + w / 2; }
+        float centreY() const { return y + h / 2; }
+    };
+    static Rect screenRect(Window* w);
+    // Moves the pointer to the middle of a window, or clicks there.
+    void moveOnto(Window* w);
+    void clickOn(Window* w, int button = 0);
 
     static int toPixelX(float lx);
     static int toPixelY(float ly);
