@@ -222,6 +222,11 @@ TEST_F(MapScreen, TheSampleMapFromTheStartCameraAndTurnedAndTiltedWithWallsAndAW
     screenshot("map_start");
     EXPECT_GT(inkIn(61, 55, 38, 45), 20000) << "the map's corner fills the lower right of the view";
     EXPECT_EQ(inkIn(22, 4, 38, 40), 0) << "its origin lies in the middle of the view";
+    // The ground picture, "back.dds", shows: mostly grass, and not one colour.
+    int grass = countPixels(62, 56, 37, 43, [](Rgb c) { return c.g > c.r && c.g > c.b + 20; });
+    int light = countPixels(62, 56, 37, 43, [](Rgb c) { return c.g > 120; });
+    EXPECT_GT(grass, 20000) << "of some 28000 pixels";
+    EXPECT_TRUE(light > 1000 && light < grass - 1000) << light;
 
     showWalls = true;
     Character* mover = new Character(true);
