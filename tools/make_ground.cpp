@@ -67,7 +67,8 @@ double band(double value, double edge0, double edge1) {
 // The distance, in picture widths, from (u, v) to the road's centre line, which winds across the
 // picture and meets itself at the edges.
 double roadDistance(double u, double v) {
-    double centre = 0.62 + 0.07 * std::sin(2 * pi * u) + 0.03 * std::sin(4 * pi * u + 1.3);
+    // On the sample map this is the road along the south edge, clear of the hill and the shed.
+    double centre = 0.93 + 0.03 * std::sin(2 * pi * u) + 0.012 * std::sin(4 * pi * u + 1.3);
     double d = std::abs(v - centre);
     return std::min(d, 1 - d);
 }
