@@ -3,6 +3,8 @@
 
 #include <GL/gl.h>
 
+#include "toolkit/shapes.h"
+
 Button::Button(Window* parent, std::string caption, float x, float y, float width, float height,
                std::string value)
     : Window(parent, x, y, width, height, std::move(value)), caption(std::move(caption)) {
@@ -14,12 +16,7 @@ Button::~Button() = default;
 void Button::draw(float a) {
     // The background's own alpha plays no part: a button is as opaque as its window.
     glColor4f(backColour[0], backColour[1], backColour[2], a);
-    glBegin(GL_QUADS);
-    glVertex2f(0, 0);
-    glVertex2f(0, height);
-    glVertex2f(width, height);
-    glVertex2f(width, 0);
-    glEnd();
+    fillRect(width, height);
     // Light from the top left: raised, the top and left edges are light; sunken, the other pair.
     const float light = 0.85f, dark = 0.55f;
     float topLeft = pressed ? dark : light;

@@ -4,6 +4,7 @@
 #include <GL/gl.h>
 
 #include "toolkit/font.h"
+#include "toolkit/shapes.h"
 
 namespace {
 // The title bar is this high whatever the font size; creators place children below it.
@@ -22,12 +23,7 @@ Dialogue::~Dialogue() = default;
 void Dialogue::draw(float a) {
     Window::draw(a);
     glColor4f(0, 0, 0, a);
-    glBegin(GL_QUADS);
-    glVertex2f(0, 0);
-    glVertex2f(0, titleBarHeight);
-    glVertex2f(width, titleBarHeight);
-    glVertex2f(width, 0);
-    glEnd();
+    fillRect(width, titleBarHeight);
     // The title is a quarter unit larger than the window's text, with equal margins left and on top.
     glColor4f(1, 1, 1, a);
     float size = fontSize + 0.25f;

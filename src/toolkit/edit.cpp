@@ -7,6 +7,7 @@
 
 #include "platform/glfw2.h"
 #include "toolkit/input_state.h"
+#include "toolkit/shapes.h"
 
 namespace {
 bool isEnter(int key) {
@@ -77,12 +78,7 @@ void DirectEdit::onChange() {
 
 void DirectEdit::drawField(float a) {
     glColor4f(1, 1, 1, a);
-    glBegin(GL_QUADS);
-    glVertex2f(0, 0);
-    glVertex2f(0, height);
-    glVertex2f(width, height);
-    glVertex2f(width, 0);
-    glEnd();
+    fillRect(width, height);
     // Sunken: dark on the top and left edges, light on the others.
     glBegin(GL_LINES);
     glColor4f(0.55f, 0.55f, 0.55f, a);

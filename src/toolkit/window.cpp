@@ -9,6 +9,7 @@
 #include "toolkit/balloon.h"
 #include "toolkit/font.h"
 #include "toolkit/input_state.h"
+#include "toolkit/shapes.h"
 
 Window::Window(Window* parent, float x, float y, float width, float height, std::string value)
     : parent(parent), value(std::move(value)), x(x), y(y), width(width), height(height) {
@@ -67,19 +68,9 @@ void Window::drawCaption(std::string caption) {
 
 void Window::draw(float a) {
     glColor4f(backColour[0], backColour[1], backColour[2], backColour[3] * a);
-    glBegin(GL_QUADS);
-    glVertex2f(0, 0);
-    glVertex2f(0, height);
-    glVertex2f(width, height);
-    glVertex2f(width, 0);
-    glEnd();
+    fillRect(width, height);
     glColor4f(borderColour[0], borderColour[1], borderColour[2], borderColour[3] * a);
-    glBegin(GL_LINE_LOOP);
-    glVertex2f(0, 0);
-    glVertex2f(0, height);
-    glVertex2f(width, height);
-    glVertex2f(width, 0);
-    glEnd();
+    outlineRect(width, height);
 }
 
 bool Window::afterDraw() { return true; }
