@@ -1,5 +1,5 @@
-// Drawing the window tree, read back as pixels: background and outline in place, culling,
-// invisibility, inherited opacity.
+// Drawing the window tree, read back as pixels: background and outline in place, drawing order,
+// culling, invisibility, inherited opacity.
 #include <gtest/gtest.h>
 
 #include "support/probe.h"
@@ -13,6 +13,14 @@ class WindowDraw : public UiTest {
   protected:
     EventLog log;
 
+    Window* solid(float x, float y, float w, float h, Rgb colour) {
+        Window* win = new Window(root, x, y, w, h, "");
+        win->backColour[0] = colour.r / 255.0f;
+        win->backColour[1] = colour.g / 255.0f;
+        win->backColour[2] = colour.b / 255.0f;
+        return win;
+    }
+
     // True when a pixel within one pixel of the point has the colour.
     bool colourNear(int px, int py, Rgb colour) {
         for (int dy = -1; dy <= 1; ++dy)
@@ -22,90 +30,61 @@ class WindowDraw : public UiTest {
     }
 };
 
-TEST_F(WindowDraw, BackgroundAndOutlineStandAtTheirLogicalPlaces) {
-    Window* w = new Window(root, 20, 30, 30, 20, "");
-    w->backColour[0] = 1;
-    w->backColour[1] = w->backColour[2] = 0;
+TEST_F(WindowDraw, BackgroundAndOutlineStandAtTheirLogicalPlacesAndLaterSiblingsLieOnTop) {
+    Window* w = solid(20, 30, 30, 20, {255, 0, 0});
     w->borderColour[2] = 1;
+    Window* back = solid(60, 10, 20, 20, {255, 0, 0});
+    solid(60, 10, 20, 20, {0, 0, 255});
     frame();
     EXPECT_EQ(pixel(35, 40), (Rgb{255, 0, 0}));
     EXPECT_EQ(pixel(19, 40), (Rgb{0, 0, 0}));
     EXPECT_EQ(pixel(51, 40), (Rgb{0, 0, 0}));
-    Rgb blue{0, 0, 255};
-    // Outline on all four sides: x 20 and 50 (204.8 and 512 px), y 30 and 50 (230.4 and 384 px).
-    EXPECT_TRUE(colourNear(205, 307, blue));
-    EXPECT_TRUE(colourNear(511, 307, blue));
-    EXPECT_TRUE(colourNear(358, 230, blue));
-    EXPECT_TRUE(colourNear(358, 383, blue));
-    EXPECT_FALSE(colourNear(358, 307, blue)) << "no outline inside";
+    // The outline: x 20 and 50 are pixels 204.8 and 512, y 30 and 50 are 230.4 and 384.
+    for (auto [px, py] : {std::pair{205, 307}, {511, 307}, {358, 230}, {358, 383}})
+        EXPECT_TRUE(colourNear(px, py, {0, 0, 255})) << px << ", " << py;
+    EXPECT_FALSE(colourNear(358, 307, {0, 0, 255}));
+    EXPECT_EQ(pixel(70, 20), (Rgb{0, 0, 255}));
+    back->raise();
+    frame();
+    EXPECT_EQ(pixel(70, 20), (Rgb{255, 0, 0}));
 }
 
-TEST_F(WindowDraw, TheBackgroundsAlphaAndTheWindowsOpacityMultiply) {
-    Window* w = new Window(root, 10, 10, 20, 20, "");
-    w->backColour[0] = w->backColour[1] = w->backColour[2] = 1;
+TEST_F(WindowDraw, OpacityIsInheritedAtConstructionAndMultipliedWhenDrawn) {
+    Window* w = solid(10, 10, 20, 20, {255, 255, 255});
     w->backColour[3] = 0.5f;
     w->alpha = 0.5f;
-    frame();
-    EXPECT_TRUE(near(pixel(20, 20), Rgb{64, 64, 64}, 2)) << pixel(20, 20);
-}
-
-TEST_F(WindowDraw, OpacityIsInheritedAtConstructionAndMultipliedAgainWhenDrawn) {
-    Probe* parent = new Probe(root, "parent", 10, 10, 40, 40, &log);
+    Probe* parent = new Probe(root, "parent", 40, 10, 40, 40, &log);
     parent->alpha = 0.5f;
+    parent->backColour[3] = 0;
     Probe* child = new Probe(parent, "child", 5, 5, 10, 10, &log);
     child->backColour[0] = child->backColour[1] = child->backColour[2] = 1;
-    parent->backColour[3] = 0; // only the child shows
     frame();
-    EXPECT_EQ(child->alpha, 0.5f);
+    EXPECT_TRUE(near(pixel(20, 20), {64, 64, 64}, 2)) << pixel(20, 20);
     EXPECT_FLOAT_EQ(child->lastAlpha, 0.25f);
-    EXPECT_TRUE(near(pixel(20, 20), Rgb{64, 64, 64}, 2)) << pixel(20, 20);
+    EXPECT_TRUE(near(pixel(50, 20), {64, 64, 64}, 2)) << pixel(50, 20);
 }
 
-TEST_F(WindowDraw, AChildIsCulledOnlyWhenItLiesWhollyOutsideItsParent) {
+TEST_F(WindowDraw, AChildIsCulledWithItsSubtreeOnlyWhenItLiesWhollyOutsideItsParent) {
     Probe* parent = new Probe(root, "parent", 10, 10, 20, 20, &log);
-    Probe* onEdge = new Probe(parent, "edge", 20, 0, 5, 5, &log);    // x equals the parent's width
+    Probe* onEdge = new Probe(parent, "edge", 20, 0, 5, 5, &log); // x equals the parent's width
+    Probe* above = new Probe(parent, "above", 0, -5, 5, 5, &log); // touches the top edge
     Probe* beyond = new Probe(parent, "beyond", 20.5f, 0, 5, 5, &log);
-    Probe* under = new Probe(beyond, "under", -20, 0, 5, 5, &log);  // inside the parent, but under a culled one
-    Probe* above = new Probe(parent, "above", 0, -5, 5, 5, &log);   // touches the top edge
+    Probe* under = new Probe(beyond, "under", -20, 0, 5, 5, &log); // inside the parent, under a culled one
     Probe* left = new Probe(parent, "left", -5.5f, 0, 5, 5, &log);
-    frame();
-    EXPECT_EQ(onEdge->drawCount, 1);
-    EXPECT_EQ(above->drawCount, 1);
-    EXPECT_EQ(beyond->drawCount, 0);
-    EXPECT_EQ(beyond->afterDrawCount, 0) << "a culled window's afterDraw is not called";
-    EXPECT_EQ(under->drawCount, 0) << "the subtree goes with it";
-    EXPECT_EQ(left->drawCount, 0);
-    EXPECT_EQ(parent->afterDrawCount, 1);
-    // Partly outside is drawn whole: no clipping.
+    Probe* empty = new Probe(root, "empty", 60, 60, 0, 0, &log);
     onEdge->backColour[0] = 1;
     onEdge->backColour[1] = onEdge->backColour[2] = 0;
     frame();
-    EXPECT_EQ(pixel(32.5f, 12.5f), (Rgb{255, 0, 0}));
-}
+    for (Probe* drawn : {onEdge, above, empty}) EXPECT_EQ(drawn->drawCount, 1) << drawn->name;
+    for (Probe* culled : {beyond, under, left}) EXPECT_EQ(culled->drawCount, 0) << culled->name;
+    EXPECT_EQ(beyond->afterDrawCount, 0);
+    EXPECT_EQ(pixel(32.5f, 12.5f), (Rgb{255, 0, 0})) << "partly outside is drawn whole";
 
-TEST_F(WindowDraw, AnInvisibleWindowHidesItsSubtreeWithoutTouchingTheirFlags) {
-    Probe* parent = new Probe(root, "parent", 10, 10, 20, 20, &log);
-    Probe* child = new Probe(parent, "child", 1, 1, 5, 5, &log);
-    Probe* empty = new Probe(root, "empty", 60, 60, 0, 0, &log);
     parent->visible = false;
     frame();
-    EXPECT_EQ(parent->drawCount, 0);
-    EXPECT_EQ(child->drawCount, 0);
-    EXPECT_TRUE(child->visible);
+    EXPECT_EQ(onEdge->drawCount, 1) << "an invisible window hides its subtree";
+    EXPECT_TRUE(onEdge->visible);
     EXPECT_EQ(pixel(15, 15), (Rgb{0, 0, 0}));
-    EXPECT_EQ(empty->drawCount, 1) << "a window of size 0 is still drawn";
-}
-
-TEST_F(WindowDraw, LaterSiblingsAreDrawnOnTop) {
-    Window* back = new Window(root, 10, 10, 20, 20, "");
-    Window* front = new Window(root, 10, 10, 20, 20, "");
-    back->backColour[0] = 1, back->backColour[1] = back->backColour[2] = 0;
-    front->backColour[2] = 1, front->backColour[0] = front->backColour[1] = 0;
-    frame();
-    EXPECT_EQ(pixel(20, 20), (Rgb{0, 0, 255}));
-    back->raise();
-    frame();
-    EXPECT_EQ(pixel(20, 20), (Rgb{255, 0, 0}));
 }
 
 } // namespace
