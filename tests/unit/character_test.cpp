@@ -1,5 +1,5 @@
-// Characters: skills through the tree, penalties, equipment, the health state machine, aging,
-// copies and initiative.
+// Characters: skills through the tree, penalties, equipment, copies, the health state machine and
+// its aging.
 #include "model_test.h"
 #include "rules/random_source.h"
 
@@ -11,112 +11,104 @@ class Characters : public ModelTest {
         skillParents = {{"Dexterity", ""}, {"Blades", "Dexterity"}, {"Dodge", "Dexterity"},
                         {"Strength", ""},  {"Perception", ""},      {"Search", "Perception"}};
     }
-    // Owned by allCharacters, which the fixture empties.
     static Character& fighter(int strengthDice = 6) {
-        auto* c = new Character(false);
-        c->name = "Mara Vell";
-        c->addSkill(new Skill("Dexterity", DiceCode(3, 1)));
-        c->addSkill(new Skill("Blades", DiceCode(4, 0)));
-        c->addSkill(new Skill("Strength", DiceCode(strengthDice, 0)));
-        return *c;
+        return person("Mara Vell",
+                      {{"Dexterity", {3, 1}}, {"Blades", {4, 0}}, {"Strength", {strengthDice, 0}}});
     }
     static std::string shown(const Skill& s) { return s.name + " " + s.level.text(); }
-    static Armor* plate() { return new Armor("Plate", DiceCode(2, 0), DiceCode(1, 0), DiceCode(1, 0)); }
 };
 
 TEST_F(Characters, SkillsClimbToTheirAttributeAndPenaltiesCountOnEveryLevel) {
     Character& c = fighter();
-    EXPECT_EQ(shown(c.getSkill("Dodge")), "Dexterity 3D+1");
-    EXPECT_EQ(shown(c.getSkill("Search")), "Not found 0D+0");
     EXPECT_FALSE(c.addSkill(new Skill("Blades", DiceCode(1, 0))));
+    EXPECT_EQ(shown(c.getSkill("Dodge")) + ", " + shown(c.getSkill("Search")),
+              "Dexterity 3D+1, Not found 0D+0");
     EXPECT_TRUE(c.addSkill(new Skill("Dodge")));
     EXPECT_EQ(shown(c.getSkill("Dodge")) + ", " + shown(c.getSkill("Blades")), "Dodge 3D+1, Blades 4D+0");
-    c.addPenalty(new Penalty("Slipped", DiceCode(0, 2), 3, "Blades"));
-    c.addPenalty(new Penalty("Armor", DiceCode(1, 0), -1, "Dexterity"));
-    c.addPenalty(new Penalty("Wound", DiceCode(0, 1), -1, "All"));
-    c.addPenalty(new Penalty("Dazzled", DiceCode(2, 0), 1, "Perception"));
-    EXPECT_EQ(std::pair(c.getPenalty("Blades"), c.getPenalty("Dexterity")),
-              std::pair(DiceCode(1, 3), DiceCode(1, 1)));
-    EXPECT_EQ(effectiveCode(c, "Blades"), DiceCode(3, -3));
-    EXPECT_EQ(effectiveCode(c, "Search"), DiceCode(-2, -1));
+    for (Penalty* p :
+         {new Penalty("Slipped", {0, 2}, 3, "Blades"), new Penalty("Armor", {1, 0}, -1, "Dexterity"),
+          new Penalty("Wound", {0, 1}, -1, "All"), new Penalty("Dazzled", {2, 0}, 1, "Perception")})
+        c.addPenalty(p);
+    EXPECT_EQ(std::tuple(c.getPenalty("Blades"), c.getPenalty("Dexterity"), effectiveCode(c, "Blades"),
+                         effectiveCode(c, "Search")),
+              std::tuple(DiceCode(1, 3), DiceCode(1, 1), DiceCode(3, -3), DiceCode(-2, -1)));
 }
 
-TEST_F(Characters, ArmorBringsExactlyOnePenaltyWhileWorn) {
+// A copy owns copies of everything, ages, and joins the faction but neither list of characters.
+TEST_F(Characters, ArmorBringsExactlyOnePenaltyWhileWornAndCopiesAreDeep) {
     Character& c = fighter();
-    Armor *first = plate(), *second = plate(),
-          *coat = new Armor("Coat", DiceCode(1, 0), DiceCode(0, 1), DiceCode());
+    auto* plate = new Armor("Plate", DiceCode(2, 0), DiceCode(1, 0), DiceCode(1, 0));
+    Item *spare = plate->clone(), *coat = new Armor("Coat", DiceCode(1, 0), DiceCode(0, 1), DiceCode());
     auto* knife = new MeleeWeapon("Gutting Knife", "Blades", DiceCode(0, 2), 0, 0, true, DiceCode(4, 0));
-    for (Item* i : std::initializer_list<Item*>{first, second, coat, knife, new Item("Rope")})
-        c.addItem(i);
-    c.equip(first);
-    c.equip(second);
-    EXPECT_EQ(std::pair(c.armor, countReason(c, "Armor")), std::pair(second, 1));
-    EXPECT_EQ(effectiveCode(c, "Blades"), DiceCode(3, 0));
-    c.unequip(second);
-    EXPECT_EQ(c.armor, noArmor);
-    EXPECT_TRUE(c.penalties.empty());
-    for (Item* i : c.inventory)
-        c.equip(i);
+    for (Item* i : std::initializer_list<Item*>{plate, spare, coat, knife, new Item("Rope")})
+        c.addItem(i), c.equip(i);
     EXPECT_TRUE(c.armor == coat && c.weapon == knife && c.penalties.empty()) << "the rope changes nothing";
-    c.unequip(coat);
-    c.unequip(knife);
-    EXPECT_TRUE(c.armor == noArmor && c.weapon == unarmedWeapon);
+    c.equip(plate);
+    c.equip(spare);
+    EXPECT_EQ(std::tuple(c.armor == spare, countReason(c, "Armor"), effectiveCode(c, "Blades")),
+              std::tuple(true, 1, DiceCode(3, 0)));
+    c.takeDamage(0);
+    Faction crew("Lantern Crew", 0.9f, 0.7f, 0.2f);
+    crew.addMember(&c);
+    auto* copy = new Character(c);
+    auto copied = [&](int i) { return *std::next(copy->inventory.begin(), i); };
+    EXPECT_EQ(std::tuple(allCharacters.size(), findCharacter("Mara Vell"), crew.members.size()),
+              std::tuple(1ul, &c, 2ul));
+    EXPECT_TRUE(copy->armor == copied(1) && copy->weapon == copied(3) &&
+                copy->skills.front() != c.skills.front());
+    EXPECT_EQ(std::pair(copy->getSkill("Blades").level, countReason(*copy, "Armor")),
+              std::pair(DiceCode(4, 0), 1));
+    updateAll();
+    EXPECT_EQ(copy->penalties.back()->duration, 359) << "the copy ages";
+    delete copy;
+    EXPECT_EQ(std::pair(crew.members, updatables),
+              std::pair(std::list<Character*>{&c}, std::list<Updatable*>{&c}));
 }
 
 TEST_F(Characters, EveryRowOfTheHealthStateMachine) {
-    // Rows: the state before; columns: margins below 0, 0-3, 4-8, 9-12, 13-15, 16 and more.
+    // Rows: the state before; columns: margins below 0, 0-3, 4-8, 9-12, 13-15, 16 and more. A
+    // healthy character ends in the state that names the hit.
     const int after[7][6] = {{0, 6, 1, 3, 4, 5}, {1, 1, 2, 3, 4, 5}, {2, 2, 3, 3, 4, 5}, {3, 3, 4, 4, 5, 5},
                              {4, 4, 4, 5, 5, 5}, {5, 5, 5, 3, 4, 5}, {6, 6, 6, 3, 4, 5}};
-    const HealthState hit[6] = {Healthy, Stunned, Wounded, Incapacitated, MortallyWounded, Killed};
     const int margins[6][2] = {{-5, -1}, {0, 3}, {4, 8}, {9, 12}, {13, 15}, {16, 40}};
     const int wounds[7] = {0, 1, 2, 2, 2, 2, 0};
-    for (int from = 0; from < 7; ++from) {
-        for (int band = 0; band < 6; ++band) {
+    for (int from = 0; from < 7; ++from)
+        for (int band = 0; band < 6; ++band)
             for (int margin : margins[band]) {
                 SCOPED_TRACE(testing::Message() << "state " << from << " hit by " << margin);
                 Character& c = fighter();
                 c.setHealth(from);
                 c.actions = 2;
-                EXPECT_EQ(c.takeDamage(margin), hit[band]);
-                int to = after[from][band];
-                EXPECT_EQ(std::pair(c.health, countReason(c, "Wound")), std::pair(to, wounds[to]));
-                if (to == Incapacitated)
-                    EXPECT_TRUE(c.unconscious >= 120 && c.unconscious <= 720 && c.unconscious % 12 == 0);
-                else
-                    EXPECT_EQ(c.unconscious, to == 4 || to == 5 ? -1 : 0);
+                EXPECT_EQ(c.takeDamage(margin), after[Healthy][band]);
+                int to = after[from][band], out = c.unconscious;
                 bool knockedDown = band == 2, stunned = band == 1;
+                EXPECT_EQ(std::tuple(c.health, countReason(c, "Wound"), countReason(c, "Stun"), c.stuns),
+                          std::tuple(to, wounds[to], +stunned, +stunned));
+                EXPECT_TRUE(to == Incapacitated ? out >= 120 && out <= 720 && out % 12 == 0
+                                                : out == (to == 4 || to == 5 ? -1 : 0))
+                    << out;
                 EXPECT_EQ(std::tuple(c.posture, c.actionsTaken, c.actions),
                           knockedDown ? std::tuple(2, -1, 0) : std::tuple(0, 0, 2));
-                EXPECT_EQ(std::pair(countReason(c, "Stun"), c.stuns), std::pair(+stunned, +stunned));
                 delete &c;
             }
-        }
-    }
 }
 
 TEST_F(Characters, StunsAddUpToUnconsciousnessAndFadeWithTime) {
     Character& c = fighter(3);
-    EXPECT_EQ(c.takeDamage(0), Stunned);
-    EXPECT_EQ(c.takeDamage(2), Stunned);
-    EXPECT_EQ(c.takeDamage(3), Unconscious) << "as many stuns as Strength has dice";
-    EXPECT_EQ(std::pair(c.health, c.stuns), std::pair(6, 3));
-    EXPECT_TRUE(c.unconscious >= 24 && c.unconscious <= 144 && c.unconscious % 12 == 0);
+    EXPECT_EQ((std::vector{c.takeDamage(0), c.takeDamage(2), c.takeDamage(3)}),
+              (std::vector{Stunned, Stunned, Unconscious}))
+        << "as many stuns as Strength has dice";
     int asleep = c.unconscious;
+    EXPECT_TRUE(c.health == Stunned && c.stuns == 3 && asleep >= 24 && asleep <= 144 && asleep % 12 == 0);
     c.update(1);
     c.update(1);
     EXPECT_EQ(std::tuple(c.unconscious, countReason(c, "Stun"), c.health), std::tuple(asleep - 2, 0, 6))
         << "a stun that ran out in this round still counted";
-    c.update(1);
-    EXPECT_EQ(c.health, Healthy);
-    for (int round = 3; round < 359; ++round)
+    for (int round = 2; round < 359; ++round)
         c.update(1);
-    EXPECT_EQ(std::pair(c.stuns, c.unconscious), std::pair(3, 0));
+    EXPECT_EQ(std::tuple(c.health, c.stuns, c.unconscious), std::tuple(0, 3, 0));
     c.update(1);
     EXPECT_EQ(std::pair(c.stuns, c.penalties.size()), std::pair(0, 0ul));
-    Character& hurt = fighter(3);
-    hurt.setHealth(Wounded);
-    EXPECT_EQ(hurt.takeDamage(3), Stunned);
-    EXPECT_EQ(std::tuple(hurt.health, hurt.stuns, hurt.penalties.size()), std::tuple(1, 1, 3ul));
 }
 
 TEST_F(Characters, WoundsThatRunOutHealOneStepWhileTheWalkGoesOn) {
@@ -136,53 +128,5 @@ TEST_F(Characters, WoundsThatRunOutHealOneStepWhileTheWalkGoesOn) {
     EXPECT_EQ(c.health, Healthy);
     c.setHealth(MortallyWounded);
     c.update(1);
-    EXPECT_EQ(c.unconscious, -1);
-    c.takeDamage(0);
-    c.setHealth(Healthy);
-    EXPECT_EQ(std::tuple(c.unconscious, countReason(c, "Wound"), countReason(c, "Stun")),
-              std::tuple(0, 0, 1));
-}
-
-TEST_F(Characters, CopiesAreDeepAgeAndJoinTheFactionButNoList) {
-    Character& c = fighter();
-    Armor* armor = plate();
-    c.addItem(armor);
-    c.addItem(new MeleeWeapon("Gutting Knife", "Blades", DiceCode(0, 2), 0, 0, true, DiceCode(4, 0)));
-    c.equip(armor);
-    c.equip(c.inventory.back());
-    c.takeDamage(0);
-    Faction crew("Lantern Crew", 0.9f, 0.7f, 0.2f);
-    crew.addMember(&c);
-    auto* copy = new Character(c);
-    EXPECT_EQ(allCharacters, (std::list<Character*>{&c}));
-    EXPECT_EQ(findCharacter("Mara Vell"), &c);
-    EXPECT_TRUE(copy->armor == copy->inventory.front() && copy->weapon == copy->inventory.back());
-    EXPECT_TRUE(copy->armor != armor && copy->skills.front() != c.skills.front());
-    EXPECT_EQ(std::pair(copy->getSkill("Blades").level, countReason(*copy, "Armor")),
-              std::pair(DiceCode(4, 0), 1));
-    EXPECT_EQ(crew.members.size(), 2u);
-    updateAll();
-    EXPECT_EQ((*std::next(copy->penalties.begin()))->duration, 1) << "the copy's stun ages";
-    delete copy;
-    EXPECT_EQ(crew.members, (std::list<Character*>{&c}));
-    EXPECT_EQ(updatables, (std::list<Updatable*>{&c}));
-}
-
-TEST_F(Characters, InitiativeIsSharedThroughTheFactionAndResetEachRound) {
-    Character &loner = fighter(), &member = fighter();
-    loner.setInitiative(12);
-    loner.setInitiative(7);
-    EXPECT_EQ(loner.getInitiative(), 7);
-    Faction crew("Lantern Crew", 0.9f, 0.7f, 0.2f);
-    crew.addMember(&member);
-    member.setInitiative(9);
-    EXPECT_EQ(member.getInitiative(), 0) << "a new faction counts as rolled";
-    member.moved = true;
-    member.posture = 1;
-    member.resetCombatState();
-    member.setInitiative(9);
-    member.setInitiative(4);
-    EXPECT_EQ(std::pair(member.getInitiative(), member.initiative), std::pair(9, -1));
-    EXPECT_EQ(std::tuple(member.actions, member.dodge, member.moved, member.posture),
-              std::tuple(noValue, noValue, false, 1));
+    EXPECT_EQ(c.unconscious, -1) << "the mortally wounded never wake by themselves";
 }

@@ -7,12 +7,10 @@
 #include "temp_dir.h"
 
 #include <algorithm>
+#include <vector>
 
 inline void clearModel() {
-    clearFactions();
-    clearCharacters();
-    clearItems();
-    clearSkills();
+    clearFactions(), clearCharacters(), clearItems(), clearSkills();
 }
 
 template <class Base> class Model : public Base {
@@ -31,4 +29,22 @@ inline void PrintTo(const DiceCode& code, std::ostream* out) {
 inline int countReason(const Character& c, const std::string& reason) {
     return static_cast<int>(std::count_if(c.penalties.begin(), c.penalties.end(),
                                           [&](Penalty* p) { return p->reason == reason; }));
+}
+
+// A new character, owned by its list, with the given skills in order.
+inline Character& person(const std::string& name,
+                         std::initializer_list<std::pair<const char*, DiceCode>> skills, bool isNpc = false) {
+    auto* c = new Character(isNpc);
+    c->name = name;
+    for (auto [skill, level] : skills)
+        c->addSkill(new Skill(skill, level));
+    return *c;
+}
+
+using Names = std::vector<std::string>;
+template <class T> Names names(const std::list<T*>& list) {
+    Names result;
+    for (const T* t : list)
+        result.push_back(t->name);
+    return result;
 }

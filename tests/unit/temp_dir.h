@@ -16,18 +16,12 @@ class TempDirTest : public ::testing::Test {
         previous = std::filesystem::current_path();
         std::filesystem::current_path(dir = pattern);
     }
-    void TearDown() override {
-        std::filesystem::current_path(previous);
-        std::filesystem::remove_all(dir);
-    }
+    void TearDown() override { std::filesystem::current_path(previous), std::filesystem::remove_all(dir); }
     static void write(const std::string& name, const std::string& text) {
         std::ofstream(name, std::ios::binary) << text;
     }
     static std::string read(const std::string& name) {
-        std::ostringstream text;
-        text << std::ifstream(name, std::ios::binary).rdbuf();
-        return text.str();
+        return (std::ostringstream() << std::ifstream(name, std::ios::binary).rdbuf()).str();
     }
-
     std::filesystem::path dir, previous;
 };
