@@ -9,6 +9,7 @@
 #include "shell/frame_step.h"
 #include "support/probe.h"
 #include "support/ui_driver.h"
+#include "toolkit/balloon.h"
 #include "toolkit/input_state.h"
 
 using namespace ui;
@@ -245,6 +246,21 @@ TEST_F(FrameStepTest, ACloseButtonMayDeleteItsOwnDialogue) {
     EXPECT_EQ(hoverWindow, nullptr);
     EXPECT_EQ(focusWindow, nullptr);
     frame(3);
+}
+
+TEST_F(FrameStepTest, ABalloonGoesOnALeftOrRightPressAndOnAHoverChangeButNotOnTheThirdButton) {
+    moveTo(20, 20);
+    for (int button : {2, 0, 1}) {
+        new Balloon("tip", 1.5f);
+        press(button);
+        release(button);
+        EXPECT_EQ(balloonWindow != nullptr, button == 2) << "button " << button;
+    }
+    new Balloon("tip", 1.5f);
+    movePixels(toPixelX(20) + 1, toPixelY(20));
+    EXPECT_NE(balloonWindow, nullptr) << "a move within the window keeps it";
+    moveTo(60, 20);
+    EXPECT_EQ(balloonWindow, nullptr);
 }
 
 TEST_F(FrameStepTest, TheLoopEndsWhenTheWindowIsClosedOrTheRootGivesUp) {
