@@ -83,8 +83,7 @@ TEST_F(MapInput, TheWheelZoomsTowardsThePointerTheRightButtonPansTheThirdTurnsAn
     holdKey(platform::KEY_LEFT);
     frame(10);
     releaseKey(platform::KEY_LEFT);
-    EXPECT_TRUE(near(map->camera.position(), {4.5f, 5, 20}, 0))
-        << "the keys move nothing until the map has them";
+    EXPECT_TRUE(near(map->camera.position(), {4.5f, 5, 20}, 0)) << "no flight without the keys";
     auto [px, py] = pixelOf(cell(9, 7)->centre);
     movePixels(px, py);
     Vector3 under = groundAt(px, py);

@@ -111,8 +111,7 @@ TEST_F(PathSearch, TheLineIsBlackShortOfTheLowerLimitThenColouredBySpeedAndTheRo
          {std::tuple{25, 31, 20}, {15, 25, 10}, {8, 3, noRollNeeded}, {3, 16, -5}}) {
         at(*map, 4, 28 - metres)->difficulty = difficulty;
         seek(4, 28 - metres);
-        EXPECT_EQ(std::pair(map->pendingDifficulty, map->requiredRoll), std::pair(difficulty, roll))
-            << metres;
+        EXPECT_EQ(std::pair(map->pendingDifficulty, map->requiredRoll), std::pair(difficulty, roll));
     }
 }
 
@@ -125,8 +124,7 @@ TEST_F(PathSearch, AWayLaidDownInStretchesGoesOnFromItsEnd) {
         << "the proposed length stays, so that the line is still drawn";
     EXPECT_EQ(seek(4, 23), (Way{{4, 25}, {4, 24}, {4, 23}}));
     EXPECT_EQ(std::tuple(map->pendingLength, map->pendingDifficulty), std::tuple(5.0f, 12));
-    EXPECT_EQ(std::pair(colour(1), colour(2)), std::pair(black, blue))
-        << "coloured by the whole way's metres";
+    EXPECT_EQ(std::pair(colour(1), colour(2)), std::pair(black, blue)); // by the whole way's metres
     map->commitPath();
     EXPECT_EQ(way(map->committedPath), (Way{{4, 28}, {4, 27}, {4, 26}, {4, 25}, {4, 25}, {4, 24}, {4, 23}}));
     EXPECT_EQ(seek(4, 23), (Way{{4, 23}})) << "the end of the way itself";
