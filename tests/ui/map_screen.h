@@ -4,48 +4,38 @@
 
 #include <functional>
 
-#include "map/hex_map.h"
+#include "rules/character.h"
 #include "support/ui_driver.h"
 #include "toolkit/input_state.h"
+#include "unit/map_test.h"
 
 class MapScreen : public ui::UiTest {
   protected:
     void SetUp() override {
         UiTest::SetUp();
-        map = place(new HexMap(root, 12, 10));
+        map = placed(new HexMap(root, 12, 10));
     }
     void TearDown() override {
         showLight = showSmoke = showProtection = showDifficulty = showWalls = false;
         UiTest::TearDown();
     }
-    static HexMap* place(Map* m) {
-        m->setArea(20.99609375f, 3, 78.90625f, 97.00521f);
-        return static_cast<HexMap*>(m);
-    }
-    // Where a point of map space shows, with the lens of the map's draw: 1000 pixels a unit at 1.
     std::pair<int, int> pixelOf(Vector3 q) const {
-        const Camera& c = map->camera;
-        Vector3 d = q - c.position();
-        float depth = dot(c.forward(), d);
-        float u = dot(c.right(), d) / (depth * map->viewWidth / 2000),
-              v = dot(c.up(), d) / (depth * map->viewHeight / 2000);
-        return {static_cast<int>(map->viewLeft + (u + 1) / 2 * map->viewWidth),
-                static_cast<int>(map->viewTop + (v + 1) / 2 * map->viewHeight)};
+        auto [x, y] = ::pixelOf(*map, q);
+        return {static_cast<int>(x), static_cast<int>(y)};
     }
-    ui::Rgb colourAt(Vector3 q) {
-        auto [x, y] = pixelOf(q);
-        return pixelAt(x, y);
+    // Whether a point of map space shows in this colour, give or take the tolerance in each channel.
+    ::testing::AssertionResult shows(Vector3 q, ui::Rgb colour, int tolerance = 0) {
+        ui::Rgb seen = pixelAt(pixelOf(q).first, pixelOf(q).second);
+        if (ui::near(seen, colour, tolerance)) return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure() << "shows " << seen;
     }
     int countAround(Vector3 q, int half, const std::function<bool(ui::Rgb)>& wanted) {
         auto [x, y] = pixelOf(q);
         return countPixels((x - half) / pixelsPerUnitX, (y - half) / pixelsPerUnitY,
                            2 * half / pixelsPerUnitX, 2 * half / pixelsPerUnitY, wanted);
     }
-    void pointAt(Vector3 q) {
-        auto [x, y] = pixelOf(q);
-        movePixels(x, y);
-    }
-    Cell* cell(int column, int row) { return map->cells[row * map->columns + column]; }
+    void pointAt(Vector3 q) { movePixels(pixelOf(q).first, pixelOf(q).second); }
+    Cell* cell(int column, int row) { return at(*map, column, row); }
     static bool isRed(ui::Rgb c) { return c.r > 200 && c.g < 60 && c.b < 60; }
 
     HexMap* map = nullptr;
