@@ -4,6 +4,7 @@
 #include <GL/gl.h>
 
 #include "map/map.h"
+#include "platform/glfw2.h"
 #include "rules/character.h"
 #include "rules/faction.h"
 #include "toolkit/input_state.h"
@@ -20,8 +21,8 @@ struct KeyStep {
 };
 // In camera axes: sideways, up and down the view, and along the view (up arrow forwards).
 constexpr KeyStep keySteps[] = {
-    {285, -0.2f, 0, 0}, {286, 0.2f, 0, 0},  {298, 0, -0.2f, 0},
-    {299, 0, 0.2f, 0},  {284, 0, 0, -0.2f}, {283, 0, 0, 0.2f},
+    {platform::KEY_LEFT, -0.2f, 0, 0},    {platform::KEY_RIGHT, 0.2f, 0, 0}, {platform::KEY_PAGEUP, 0, -0.2f, 0},
+    {platform::KEY_PAGEDOWN, 0, 0.2f, 0}, {platform::KEY_DOWN, 0, 0, -0.2f}, {platform::KEY_UP, 0, 0, 0.2f},
 };
 } // namespace
 

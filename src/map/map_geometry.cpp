@@ -24,10 +24,8 @@ float raySegment(Vector3 origin, Vector3 direction, Vector3 a, Vector3 b) {
 }
 
 Cell* Map::cellAt(float px, float py) {
-    // Truncation towards zero would fold the strip from -1 to 0 onto the first column or row.
-    if (px < 0) px -= 1;
-    if (py < 0) py -= 1;
-    // Outside the grid (NaN among it) before truncating, which beyond the int range is undefined.
+    // A negative coordinate lies off the grid; testing before truncating keeps the strip from -1
+    // to 0 off the first column and row, and keeps NaN and values beyond the int range out.
     if (!(px >= 0 && px < columns && py >= 0 && py < rows)) return nullptr;
     int c = static_cast<int>(px), r = static_cast<int>(py);
     return cells[r * columns + c];
