@@ -34,7 +34,8 @@ struct Cell {
 
 void putInt32(std::string& out, std::int32_t v) {
     auto u = static_cast<std::uint32_t>(v);
-    for (int i = 0; i < 4; ++i) out.push_back(static_cast<char>((u >> (8 * i)) & 0xff));
+    for (int i = 0; i < 4; ++i)
+        out.push_back(static_cast<char>((u >> (8 * i)) & 0xff));
 }
 
 void putFloat(std::string& out, float f) {
@@ -109,11 +110,13 @@ int main(int argc, char** argv) {
 
     int used = penY + lineHeight + gap;
     int textureHeight = 1;
-    while (textureHeight < used) textureHeight *= 2;
+    while (textureHeight < used)
+        textureHeight *= 2;
 
     // Luminance-alpha pairs: white, with the coverage as opacity; the colour comes from the caller.
     std::vector<std::uint8_t> pixels(2 * std::size_t(textureWidth) * textureHeight, 0);
-    for (std::size_t i = 0; i < pixels.size(); i += 2) pixels[i] = 255;
+    for (std::size_t i = 0; i < pixels.size(); i += 2)
+        pixels[i] = 255;
     for (const Cell& cell : cells)
         for (int y = 0; y < lineHeight; ++y)
             for (int x = 0; x < cell.width; ++x)

@@ -21,14 +21,17 @@ constexpr double pi = 3.14159265358979323846;
 double lattice(int x, int y, int period, std::uint32_t seed) {
     x = ((x % period) + period) % period;
     y = ((y % period) + period) % period;
-    std::uint32_t h = seed ^ (static_cast<std::uint32_t>(x) * 0x8da6b343u) ^ (static_cast<std::uint32_t>(y) * 0xd8163841u);
+    std::uint32_t h =
+        seed ^ (static_cast<std::uint32_t>(x) * 0x8da6b343u) ^ (static_cast<std::uint32_t>(y) * 0xd8163841u);
     h ^= h >> 13;
     h *= 0x85ebca6bu;
     h ^= h >> 16;
     return (h & 0xffffff) / double(0xffffff);
 }
 
-double smooth(double t) { return t * t * (3 - 2 * t); }
+double smooth(double t) {
+    return t * t * (3 - 2 * t);
+}
 
 // Value noise in 0..1 with `period` lattice cells across the picture; u and v run 0..1.
 double noise(double u, double v, int period, std::uint32_t seed) {

@@ -21,8 +21,9 @@ struct KeyStep {
 };
 // In camera axes: sideways, up and down the view, and along the view (up arrow forwards).
 constexpr KeyStep keySteps[] = {
-    {platform::KEY_LEFT, -0.2f, 0, 0},    {platform::KEY_RIGHT, 0.2f, 0, 0}, {platform::KEY_PAGEUP, 0, -0.2f, 0},
-    {platform::KEY_PAGEDOWN, 0, 0.2f, 0}, {platform::KEY_DOWN, 0, 0, -0.2f}, {platform::KEY_UP, 0, 0, 0.2f},
+    {platform::KEY_LEFT, -0.2f, 0, 0},   {platform::KEY_RIGHT, 0.2f, 0, 0},
+    {platform::KEY_PAGEUP, 0, -0.2f, 0}, {platform::KEY_PAGEDOWN, 0, 0.2f, 0},
+    {platform::KEY_DOWN, 0, 0, -0.2f},   {platform::KEY_UP, 0, 0, 0.2f},
 };
 } // namespace
 

@@ -6,13 +6,17 @@
 
 namespace platform::detail::desktop {
 namespace {
-void onCursor(GLFWwindow*, double x, double y) { reportPointer(x, y); }
+void onCursor(GLFWwindow*, double x, double y) {
+    reportPointer(x, y);
+}
 
 void onButton(GLFWwindow*, int button, int action, int) {
     if (action == GLFW_PRESS || action == GLFW_RELEASE) reportButton(button, action == GLFW_PRESS);
 }
 
-void onScroll(GLFWwindow*, double, double yOffset) { reportWheel(yOffset); }
+void onScroll(GLFWwindow*, double, double yOffset) {
+    reportWheel(yOffset);
+}
 
 void onKey(GLFWwindow*, int key, int, int action, int) {
     // The window system's auto-repeat is not passed on: a held key is one press.
@@ -29,6 +33,8 @@ void attach(GLFWwindow* window) {
     ::glfwSetKeyCallback(window, onKey);
 }
 
-void deliver() { ::glfwPollEvents(); }
+void deliver() {
+    ::glfwPollEvents();
+}
 
 } // namespace platform::detail::desktop

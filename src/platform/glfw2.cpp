@@ -29,8 +29,12 @@ bool displayNamed() {
 }
 } // namespace
 
-InputState& input() { return inputState; }
-GLFWwindow* window() { return theWindow; }
+InputState& input() {
+    return inputState;
+}
+GLFWwindow* window() {
+    return theWindow;
+}
 
 void reportPointer(double x, double y) {
     inputState.pointerX = x;
@@ -43,7 +47,9 @@ void reportButton(int button, bool down) {
     if (button >= 0 && button < 3) inputState.buttons[button] = down;
 }
 
-void reportWheel(double steps) { inputState.wheel += steps; }
+void reportWheel(double steps) {
+    inputState.wheel += steps;
+}
 
 void reportKey(int key, bool down) {
     if (key < 0 || key > KEY_LAST) return;
@@ -93,8 +99,10 @@ int glfwOpenWindow(int width, int height, int redBits, int greenBits, int blueBi
     ::glfwMakeContextCurrent(theWindow);
     openedBackend = backend;
     // A new window starts with nothing held and the wheel at 0.
-    for (bool& b : inputState.buttons) b = false;
-    for (bool& k : inputState.keys) k = false;
+    for (bool& b : inputState.buttons)
+        b = false;
+    for (bool& k : inputState.keys)
+        k = false;
     inputState.wheel = 0;
     if (openedBackend == Backend::Desktop) {
         // Swap at the display's rate instead of spinning a core.
@@ -134,7 +142,9 @@ int glfwGetMouseButton(int button) {
     return inputState.buttons[button] ? 1 : 0;
 }
 
-int glfwGetMouseWheel() { return static_cast<int>(std::lround(inputState.wheel)); }
+int glfwGetMouseWheel() {
+    return static_cast<int>(std::lround(inputState.wheel));
+}
 
 int glfwGetKey(int key) {
     if (key < 0 || key > KEY_LAST) return 0;
@@ -147,7 +157,9 @@ void glfwSetMousePos(int x, int y) {
     if (theWindow && openedBackend == Backend::Desktop) ::glfwSetCursorPos(theWindow, x, y);
 }
 
-void glfwSetKeyCallback(KeyCallback callback) { inputState.keyCallback = callback; }
+void glfwSetKeyCallback(KeyCallback callback) {
+    inputState.keyCallback = callback;
+}
 
 void glfwSetMousePosCallback(MousePosCallback callback) {
     inputState.mousePosCallback = callback;
@@ -162,9 +174,15 @@ void glfwSetMousePosCallback(MousePosCallback callback) {
                  static_cast<int>(std::floor(inputState.pointerY)));
 }
 
-void selectBackend(Backend chosen) { backend = chosen; }
-Backend currentBackend() { return theWindow ? openedBackend : backend; }
+void selectBackend(Backend chosen) {
+    backend = chosen;
+}
+Backend currentBackend() {
+    return theWindow ? openedBackend : backend;
+}
 
-std::string lastError() { return errorText.empty() ? "unknown error" : errorText; }
+std::string lastError() {
+    return errorText.empty() ? "unknown error" : errorText;
+}
 
 } // namespace platform

@@ -19,7 +19,9 @@ std::deque<Event> queue;
 bool closing = false;
 } // namespace
 
-void attach(GLFWwindow*) { closing = false; }
+void attach(GLFWwindow*) {
+    closing = false;
+}
 
 void deliver() {
     // Keep the connection to the window server serviced; the real window's own input is ignored.
@@ -28,16 +30,28 @@ void deliver() {
         Event e = queue.front();
         queue.pop_front();
         switch (e.kind) {
-        case Kind::Pointer: reportPointer(e.a, e.b); break;
-        case Kind::Button: reportButton(e.a, e.b != 0); break;
-        case Kind::Wheel: reportWheel(e.a); break;
-        case Kind::Key: reportKey(e.a, e.b != 0); break;
-        case Kind::Close: closing = true; break;
+        case Kind::Pointer:
+            reportPointer(e.a, e.b);
+            break;
+        case Kind::Button:
+            reportButton(e.a, e.b != 0);
+            break;
+        case Kind::Wheel:
+            reportWheel(e.a);
+            break;
+        case Kind::Key:
+            reportKey(e.a, e.b != 0);
+            break;
+        case Kind::Close:
+            closing = true;
+            break;
         }
     }
 }
 
-bool closeRequested() { return closing; }
+bool closeRequested() {
+    return closing;
+}
 
 void clear() {
     queue.clear();
@@ -50,20 +64,34 @@ using detail::scripted::Event;
 using detail::scripted::Kind;
 using detail::scripted::queue;
 
-void movePointer(int x, int y) { queue.push_back({Kind::Pointer, x, y}); }
-void setButton(int button, bool down) { queue.push_back({Kind::Button, button, down ? 1 : 0}); }
-void turnWheel(int steps) { queue.push_back({Kind::Wheel, steps, 0}); }
-void setKey(int key, bool down) { queue.push_back({Kind::Key, key, down ? 1 : 0}); }
-void requestClose() { queue.push_back({Kind::Close, 0, 0}); }
-int pending() { return static_cast<int>(queue.size()); }
+void movePointer(int x, int y) {
+    queue.push_back({Kind::Pointer, x, y});
+}
+void setButton(int button, bool down) {
+    queue.push_back({Kind::Button, button, down ? 1 : 0});
+}
+void turnWheel(int steps) {
+    queue.push_back({Kind::Wheel, steps, 0});
+}
+void setKey(int key, bool down) {
+    queue.push_back({Kind::Key, key, down ? 1 : 0});
+}
+void requestClose() {
+    queue.push_back({Kind::Close, 0, 0});
+}
+int pending() {
+    return static_cast<int>(queue.size());
+}
 
 void reset() {
     detail::scripted::clear();
     detail::InputState& s = detail::input();
     s.pointerX = s.pointerY = 0;
     s.wheel = 0;
-    for (bool& b : s.buttons) b = false;
-    for (bool& k : s.keys) k = false;
+    for (bool& b : s.buttons)
+        b = false;
+    for (bool& k : s.keys)
+        k = false;
 }
 } // namespace script
 } // namespace platform

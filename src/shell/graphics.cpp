@@ -20,7 +20,9 @@ void reportFailure() {
 }
 } // namespace
 
-bool graphicsOpened() { return opened; }
+bool graphicsOpened() {
+    return opened;
+}
 
 void setupGraphics() {
     if (!glfwInit()) {

@@ -26,8 +26,8 @@ constexpr std::size_t maxFileSize = 2 * std::size_t(maxTextureSide) * maxTexture
 std::int32_t readInt32(const std::string& bytes, std::size_t at) {
     unsigned char b[4];
     std::memcpy(b, bytes.data() + at, 4);
-    return static_cast<std::int32_t>(std::uint32_t(b[0]) | std::uint32_t(b[1]) << 8 | std::uint32_t(b[2]) << 16 |
-                                     std::uint32_t(b[3]) << 24);
+    return static_cast<std::int32_t>(std::uint32_t(b[0]) | std::uint32_t(b[1]) << 8 |
+                                     std::uint32_t(b[2]) << 16 | std::uint32_t(b[3]) << 24);
 }
 
 float readFloat(const std::string& bytes, std::size_t at) {
@@ -61,7 +61,9 @@ float glyphWidth(char ch, float size) {
     return g ? g->dx * size / fontGlyphs[0].dy : 0.0f;
 }
 
-int hexDigit(char c) { return (c >= '0' && c <= '9') ? c - '0' : c - 87; }
+int hexDigit(char c) {
+    return (c >= '0' && c <= '9') ? c - '0' : c - 87;
+}
 
 void emitGlyph(const Glyph& g, float x, float y, float w, float size) {
     glTexCoord2f(g.tx1, g.ty1);

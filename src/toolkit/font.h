@@ -20,8 +20,8 @@ extern std::vector<Glyph> fontGlyphs;
 // damaged file leaves the font unloaded, and text is then not drawn.
 void loadFont();
 // Parses a font file's bytes into the glyph table and pixels; false for a short or damaged file.
-bool parseFont(const std::string& bytes, int& textureWidth, int& textureHeight, int& firstChar,
-               int& lastChar, std::vector<Glyph>& glyphs, std::vector<unsigned char>& pixels);
+bool parseFont(const std::string& bytes, int& textureWidth, int& textureHeight, int& firstChar, int& lastChar,
+               std::vector<Glyph>& glyphs, std::vector<unsigned char>& pixels);
 
 // 1 plus the number of newlines.
 int lineCount(std::string text);

@@ -3,7 +3,8 @@
 
 #include <GL/gl.h>
 
-Label::Label(Window* parent, std::string caption, float x, float y, float width, float height, std::string value)
+Label::Label(Window* parent, std::string caption, float x, float y, float width, float height,
+             std::string value)
     : Window(parent, x, y, width, height, std::move(value)), caption(std::move(caption)) {}
 
 Label::~Label() = default;

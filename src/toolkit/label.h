@@ -8,7 +8,8 @@ class Label : public Window {
   public:
     std::string caption;
 
-    Label(Window* parent, std::string caption, float x, float y, float width, float height, std::string value);
+    Label(Window* parent, std::string caption, float x, float y, float width, float height,
+          std::string value);
     ~Label() override;
     void draw(float alpha) override;
 };

@@ -73,27 +73,51 @@ void Window::draw(float a) {
     outlineRect(width, height);
 }
 
-bool Window::afterDraw() { return true; }
+bool Window::afterDraw() {
+    return true;
+}
 void Window::onWheel(int) {}
-void Window::onMouseEnter() { mouseEnterHandler(this); }
-void Window::onMouseMove(int, int) { mouseMoveHandler(this); }
-void Window::onMouseLeave() { mouseLeaveHandler(this); }
+void Window::onMouseEnter() {
+    mouseEnterHandler(this);
+}
+void Window::onMouseMove(int, int) {
+    mouseMoveHandler(this);
+}
+void Window::onMouseLeave() {
+    mouseLeaveHandler(this);
+}
 
 void Window::onFocus() {
     focusWindow = this;
     focusHandler(this);
 }
 
-void Window::onFocusLost() { focusLostHandler(this); }
+void Window::onFocusLost() {
+    focusLostHandler(this);
+}
 void Window::onButtonDown(int) {}
 void Window::onButtonUp(int) {}
-void Window::onLeftClick() { leftClickHandler(this); }
-void Window::onMiddleClick() { middleClickHandler(this); }
-void Window::onRightClick() { rightClickHandler(this); }
-void Window::onDragStart(Window* dragged) { dragStartHandler(dragged); }
-void Window::onDropRefused(Window* dragged) { dropRefusedHandler(dragged); }
-void Window::onDropAccepted(Window* dragged) { dropAcceptedHandler(dragged); }
-bool Window::acceptsDrop(Window* dragged) { return acceptsDropHandler(dragged) != 0; }
+void Window::onLeftClick() {
+    leftClickHandler(this);
+}
+void Window::onMiddleClick() {
+    middleClickHandler(this);
+}
+void Window::onRightClick() {
+    rightClickHandler(this);
+}
+void Window::onDragStart(Window* dragged) {
+    dragStartHandler(dragged);
+}
+void Window::onDropRefused(Window* dragged) {
+    dropRefusedHandler(dragged);
+}
+void Window::onDropAccepted(Window* dragged) {
+    dropAcceptedHandler(dragged);
+}
+bool Window::acceptsDrop(Window* dragged) {
+    return acceptsDropHandler(dragged) != 0;
+}
 
 void Window::removeChild(Window* child) {
     std::erase(children, child);
@@ -120,7 +144,8 @@ bool Window::drawTree(float inherited) {
     float a = alpha * inherited;
     draw(a);
     // By index, so that a child added while drawing is drawn too and nothing is read past the end.
-    for (std::size_t i = 0; i < children.size(); ++i) children[i]->drawTree(a);
+    for (std::size_t i = 0; i < children.size(); ++i)
+        children[i]->drawTree(a);
     glPopMatrix();
     return afterDraw();
 }

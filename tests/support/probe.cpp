@@ -12,7 +12,9 @@ std::string nameOf(Window* w) {
 Probe::Probe(Window* parent, std::string name, float x, float y, float w, float h, EventLog* log)
     : Window(parent, x, y, w, h, ""), name(std::move(name)), log(log) {}
 
-Probe::~Probe() { note("destroyed"); }
+Probe::~Probe() {
+    note("destroyed");
+}
 
 void Probe::note(const std::string& event) {
     if (log) log->push_back(name + ":" + event);
@@ -29,8 +31,12 @@ bool Probe::afterDraw() {
     return true;
 }
 
-void Probe::onKey(int key) { note("key " + std::to_string(key)); }
-void Probe::onWheel(int delta) { note("wheel " + std::to_string(delta)); }
+void Probe::onKey(int key) {
+    note("key " + std::to_string(key));
+}
+void Probe::onWheel(int delta) {
+    note("wheel " + std::to_string(delta));
+}
 
 void Probe::onMouseEnter() {
     note("enter");
@@ -57,8 +63,12 @@ void Probe::onFocusLost() {
     Window::onFocusLost();
 }
 
-void Probe::onButtonDown(int button) { note("down " + std::to_string(button)); }
-void Probe::onButtonUp(int button) { note("up " + std::to_string(button)); }
+void Probe::onButtonDown(int button) {
+    note("down " + std::to_string(button));
+}
+void Probe::onButtonUp(int button) {
+    note("up " + std::to_string(button));
+}
 
 void Probe::onLeftClick() {
     note("left click");

@@ -18,11 +18,11 @@ class Probe : public Window {
 
     std::string name;
     EventLog* log;
-    bool accept = false;      // the answer to acceptsDrop
-    int drawCount = 0;        // draw calls
-    int afterDrawCount = 0;   // afterDraw calls
-    float lastAlpha = -1;     // the opacity of the last draw
-    bool paint = true;        // false: draw nothing, only count
+    bool accept = false;    // the answer to acceptsDrop
+    int drawCount = 0;      // draw calls
+    int afterDrawCount = 0; // afterDraw calls
+    float lastAlpha = -1;   // the opacity of the last draw
+    bool paint = true;      // false: draw nothing, only count
 
     void draw(float alpha) override;
     bool afterDraw() override;

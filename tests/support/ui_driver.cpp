@@ -43,12 +43,17 @@ std::ostream& operator<<(std::ostream& out, const Rgb& c) {
 }
 
 bool near(Rgb a, Rgb b, int tolerance) {
-    return std::abs(a.r - b.r) <= tolerance && std::abs(a.g - b.g) <= tolerance && std::abs(a.b - b.b) <= tolerance;
+    return std::abs(a.r - b.r) <= tolerance && std::abs(a.g - b.g) <= tolerance &&
+           std::abs(a.b - b.b) <= tolerance;
 }
 
-Root::Root() : Window(nullptr, 0, 0, 100, 100, "") { fontSize = 1.5f; }
+Root::Root() : Window(nullptr, 0, 0, 100, 100, "") {
+    fontSize = 1.5f;
+}
 
-std::string campaignDir() { return HEXFOLD_CAMPAIGN_DIR; }
+std::string campaignDir() {
+    return HEXFOLD_CAMPAIGN_DIR;
+}
 
 void UiTest::SetUp() {
     // The root first: a derived fixture may add windows to it even when the set-up failed.
@@ -71,15 +76,24 @@ void UiTest::TearDown() {
 }
 
 void UiTest::frame(int count) {
-    for (int i = 0; i < count; ++i) ASSERT_TRUE(frameStep(root)) << "the frame loop ended";
+    for (int i = 0; i < count; ++i)
+        ASSERT_TRUE(frameStep(root)) << "the frame loop ended";
 }
 
-void UiTest::settle() { frame(2); }
+void UiTest::settle() {
+    frame(2);
+}
 
-int UiTest::toPixelX(float lx) { return static_cast<int>(std::lround(lx * pixelsPerUnitX)); }
-int UiTest::toPixelY(float ly) { return static_cast<int>(std::lround(ly * pixelsPerUnitY)); }
+int UiTest::toPixelX(float lx) {
+    return static_cast<int>(std::lround(lx * pixelsPerUnitX));
+}
+int UiTest::toPixelY(float ly) {
+    return static_cast<int>(std::lround(ly * pixelsPerUnitY));
+}
 
-void UiTest::moveTo(float lx, float ly) { movePixels(toPixelX(lx), toPixelY(ly)); }
+void UiTest::moveTo(float lx, float ly) {
+    movePixels(toPixelX(lx), toPixelY(ly));
+}
 
 void UiTest::movePixels(int px, int py) {
     platform::script::movePointer(px, py);

@@ -32,7 +32,8 @@ class FontDraw : public UiTest {
 
 TEST_F(FontDraw, MeasuringTakesTheLongestLineTabStopsAndSkipsWhatTheFontLacks) {
     ASSERT_TRUE(fontLoaded);
-    for (char c = 33; c < 127; ++c) EXPECT_GT(measureText(std::string(1, c), 2), 0.1f) << c;
+    for (char c = 33; c < 127; ++c)
+        EXPECT_GT(measureText(std::string(1, c), 2), 0.1f) << c;
     EXPECT_FLOAT_EQ(measureText("ab\nabcdef\nabc", 2), measureText("abcdef", 2));
     EXPECT_FLOAT_EQ(measureText("abcdef", 3), 1.5f * measureText("abcdef", 2));
     EXPECT_FLOAT_EQ(measureText("\t\t", 2), 8) << "a tab exactly on a stop goes on to the next";
@@ -54,7 +55,7 @@ TEST_F(FontDraw, TextLeavesInkWithinItsBoxAndNowhereElse) {
 }
 
 TEST_F(FontDraw, TabsCountFromTheOriginAndEscapesColourWithoutTakingRoom) {
-    text("\tW", 1, 20, 2);         // the stop at 4, not at 1 + 4
+    text("\tW", 1, 20, 2);          // the stop at 4, not at 1 + 4
     text("^ff0000W", 10, 30, 2.5f); // red, at the same place as a plain W
     text("W", 10, 40, 2.5f);
     text("\x01\x02W", 10, 50, 2.5f); // characters the font lacks take no room either
@@ -81,7 +82,8 @@ TEST_F(FontDraw, WrappedTextBreaksOnlyAtSpacesAndStopsAtTheHeight) {
     wrapped("wwww wwww wwww", 30, 4.5f); // cut after two lines
     wrapped("wwww", 45, 1.9f);           // height below the size: nothing
     frame();
-    for (float y : {5, 7, 9, 32}) EXPECT_GT(inkIn(10, y, word, 2), 0) << y;
+    for (float y : {5, 7, 9, 32})
+        EXPECT_GT(inkIn(10, y, word, 2), 0) << y;
     EXPECT_EQ(inkIn(10 + word + 0.6f, 5, 20, 6), 0);
     EXPECT_GT(inkIn(10 + word + 0.6f, 20, 20, 2), 0);
     EXPECT_EQ(inkIn(10, 22.2f, 30, 2.6f), 0);
@@ -98,7 +100,8 @@ TEST_F(FontDraw, CaptionsAreCentredVerticallyAndAlignedByTheWindowsAlignment) {
             drawCaption("Mid");
         }
     };
-    for (int align : {0, 1, 2}) new Caption(root, 10 + 10 * align, align);
+    for (int align : {0, 1, 2})
+        new Caption(root, 10 + 10 * align, align);
     frame();
     float margin = (6 - 1.5f - 0.1f) * 0.5f;
     EXPECT_NEAR(ink(10, 6).first, 20 + margin + 0.25f, 0.4);
@@ -121,8 +124,8 @@ TEST_F(FontDraw, ASmallTreeWithTextLooksRight) {
         glColor4f(0, 0, 0, 1);
         drawText("Size 2: Initiative 3D+1", 0, 12, 2);
         drawText("Size 2.75: Mortally Wounded", 0, 14.5f, 2.75f);
-        drawWrappedText("A wrapped paragraph breaks its lines at spaces only, and stops at its height.", 0, 18,
-                        30, 6, 1.5f);
+        drawWrappedText("A wrapped paragraph breaks its lines at spaces only, and stops at its height.", 0,
+                        18, 30, 6, 1.5f);
     });
     frame();
     screenshot("spine_text_tree");

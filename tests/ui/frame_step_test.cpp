@@ -34,7 +34,8 @@ class FrameStepTest : public UiTest {
     EventLog only(std::initializer_list<std::string> words) const {
         EventLog out;
         for (const auto& e : log)
-            if (std::any_of(words.begin(), words.end(), [&](auto& w) { return e.find(w) != std::string::npos; }))
+            if (std::any_of(words.begin(), words.end(),
+                            [&](auto& w) { return e.find(w) != std::string::npos; }))
                 out.push_back(e);
         return out;
     }
@@ -116,8 +117,8 @@ TEST_F(FrameStepTest, ADropIsAskedOfTheWindowUnderThePointerAndAnsweredToTheOrig
     b->accept = false;
     drag(15, 15, 60, 20);
     EXPECT_THAT(only({"drag", "drop", "accepts"}),
-                ElementsAre("A:drag start item", "B:accepts item?", "A:drop accepted item", "A:drag start item",
-                            "B:accepts item?", "A:drop refused item"));
+                ElementsAre("A:drag start item", "B:accepts item?", "A:drop accepted item",
+                            "A:drag start item", "B:accepts item?", "A:drop refused item"));
     EXPECT_EQ(entry->x, 2) << "a window without movable stays";
     EXPECT_EQ(draggedWindow, nullptr);
     EXPECT_EQ(dragOrigin, nullptr);
@@ -242,7 +243,8 @@ TEST_F(FrameStepTest, ACloseButtonMayDeleteItsOwnDialogue) {
     Closer closer{dialogue};
     button->leftClickHandler.bind(&closer, &Closer::close);
     click(24, 52);
-    EXPECT_THAT(only({"destroyed", "click"}), ElementsAre("ok:left click", "dialogue:destroyed", "ok:destroyed"));
+    EXPECT_THAT(only({"destroyed", "click"}),
+                ElementsAre("ok:left click", "dialogue:destroyed", "ok:destroyed"));
     EXPECT_EQ(hoverWindow, nullptr);
     EXPECT_EQ(focusWindow, nullptr);
     frame(3);

@@ -75,8 +75,10 @@ TEST_F(WindowDraw, AChildIsCulledWithItsSubtreeOnlyWhenItLiesWhollyOutsideItsPar
     onEdge->backColour[0] = 1;
     onEdge->backColour[1] = onEdge->backColour[2] = 0;
     frame();
-    for (Probe* drawn : {onEdge, above, empty}) EXPECT_EQ(drawn->drawCount, 1) << drawn->name;
-    for (Probe* culled : {beyond, under, left}) EXPECT_EQ(culled->drawCount, 0) << culled->name;
+    for (Probe* drawn : {onEdge, above, empty})
+        EXPECT_EQ(drawn->drawCount, 1) << drawn->name;
+    for (Probe* culled : {beyond, under, left})
+        EXPECT_EQ(culled->drawCount, 0) << culled->name;
     EXPECT_EQ(beyond->afterDrawCount, 0);
     EXPECT_EQ(pixel(32.5f, 12.5f), (Rgb{255, 0, 0})) << "partly outside is drawn whole";
 

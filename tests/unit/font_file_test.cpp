@@ -11,15 +11,21 @@
 
 namespace {
 
-void putInt(std::string& s, std::int32_t v) { s.append(reinterpret_cast<const char*>(&v), 4); }
-void putFloat(std::string& s, float v) { s.append(reinterpret_cast<const char*>(&v), 4); }
+void putInt(std::string& s, std::int32_t v) {
+    s.append(reinterpret_cast<const char*>(&v), 4);
+}
+void putFloat(std::string& s, float v) {
+    s.append(reinterpret_cast<const char*>(&v), 4);
+}
 
 // A well-formed font of three glyphs, 'A' to 'C', on a 4 x 2 texture.
 std::string smallFont() {
     std::string s;
-    for (std::int32_t v : {99, 4, 2, 65, 67, 0}) putInt(s, v);
+    for (std::int32_t v : {99, 4, 2, 65, 67, 0})
+        putInt(s, v);
     for (int g = 0; g < 3; ++g)
-        for (float v : {float(g + 1), 10.0f, 0.0f, 0.0f, 0.25f, 1.0f}) putFloat(s, v);
+        for (float v : {float(g + 1), 10.0f, 0.0f, 0.0f, 0.25f, 1.0f})
+            putFloat(s, v);
     s.append(2 * 4 * 2, '\x7f');
     return s;
 }
@@ -47,13 +53,19 @@ TEST(FontFile, AWellFormedFileGivesItsHeaderGlyphsAndPixels) {
 TEST(FontFile, ShortAndDamagedFilesAreRefusedWithoutReadingPastTheData) {
     std::string good = smallFont();
     Parsed p;
-    for (std::size_t n = 0; n < good.size(); ++n) EXPECT_FALSE(p(good.substr(0, n))) << n << " bytes";
+    for (std::size_t n = 0; n < good.size(); ++n)
+        EXPECT_FALSE(p(good.substr(0, n))) << n << " bytes";
     struct Damage {
         std::size_t at;
         std::int32_t value;
-    } damages[] = {{4, 0},   {8, -5},          {4, 0x7fffffff},  {16, 64}, // width, height, size, last < first
-                   {12, -1}, {16, 0x7fffffff}, {24 + 4, 0},             // first < 0, count, reference height
-                   {24 + 24 + 8, 0x7fc00000}};                          // a glyph with a NaN
+    } damages[] = {{4, 0},
+                   {8, -5},
+                   {4, 0x7fffffff},
+                   {16, 64}, // width, height, size, last < first
+                   {12, -1},
+                   {16, 0x7fffffff},
+                   {24 + 4, 0},                // first < 0, count, reference height
+                   {24 + 24 + 8, 0x7fc00000}}; // a glyph with a NaN
     for (const Damage& d : damages) {
         std::string s = good;
         std::memcpy(s.data() + d.at, &d.value, 4);

@@ -108,10 +108,11 @@ TEST_F(WindowTree, HitTestFindsTheDeepestVisibleLaterWindowWithInclusiveEdgesIns
     struct Case {
         float x, y;
         Window* expected;
-    } cases[] = {{15, 15, button},     {25, 19, button},  {25.01f, 19, panel}, {50, 40, panel},
-                 {50.01f, 40, &root},  {-20, 500, &root}, {70, 20, front},     {78, 28, sticking},
-                 {90, 40, &root},      {90, 90, dot},     {90.01f, 90, &root}};
-    for (const Case& c : cases) EXPECT_EQ(hitTest(&root, c.x, c.y), c.expected) << c.x << ", " << c.y;
+    } cases[] = {{15, 15, button},    {25, 19, button},  {25.01f, 19, panel}, {50, 40, panel},
+                 {50.01f, 40, &root}, {-20, 500, &root}, {70, 20, front},     {78, 28, sticking},
+                 {90, 40, &root},     {90, 90, dot},     {90.01f, 90, &root}};
+    for (const Case& c : cases)
+        EXPECT_EQ(hitTest(&root, c.x, c.y), c.expected) << c.x << ", " << c.y;
     twin->raise();
     EXPECT_EQ(hitTest(&root, 70, 20), twin);
     button->visible = false;
