@@ -6,8 +6,8 @@
 
 #include "map/hex_map.h"
 #include "platform/glfw2.h"
-#include "shell/frame_step.h"
-#include "shell/graphics.h"
+#include "toolkit/frame_step.h"
+#include "toolkit/graphics.h"
 
 namespace {
 class Root : public Window {

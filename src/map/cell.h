@@ -6,7 +6,7 @@
 
 #include "map/vector3.h"
 #include "rules/dice.h"
-#include "shell/observer.h"
+#include "rules/observer.h"
 
 class Character;
 

@@ -12,7 +12,7 @@
 
 #include "map/hex_map.h"
 #include "rules/field_reader.h"
-#include "shell/graphics.h"
+#include "toolkit/graphics.h"
 
 std::map<std::string, unsigned int> textureCache;
 

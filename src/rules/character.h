@@ -4,9 +4,9 @@
 
 #include "rules/dice.h"
 #include "rules/item.h"
+#include "rules/observer.h"
 #include "rules/skill.h"
-#include "shell/observer.h"
-#include "shell/updatable.h"
+#include "rules/updatable.h"
 
 #include <climits>
 #include <list>

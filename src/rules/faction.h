@@ -1,7 +1,7 @@
 // Factions: groups of characters that share one initiative and one colour on the map.
 #pragma once
 
-#include "shell/observer.h"
+#include "rules/observer.h"
 
 #include <list>
 #include <string>

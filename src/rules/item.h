@@ -3,8 +3,8 @@
 #pragma once
 
 #include "rules/dice.h"
-#include "shell/observer.h"
-#include "shell/updatable.h"
+#include "rules/observer.h"
+#include "rules/updatable.h"
 #include "toolkit/delegate.h"
 
 #include <array>

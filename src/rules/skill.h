@@ -3,7 +3,7 @@
 #pragma once
 
 #include "rules/dice.h"
-#include "shell/observer.h"
+#include "rules/observer.h"
 
 #include <list>
 #include <map>

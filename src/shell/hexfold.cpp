@@ -3,10 +3,10 @@
 
 #include "map/map.h"
 #include "platform/glfw2.h"
-#include "shell/frame_step.h"
 #include "shell/gallery.h"
-#include "shell/graphics.h"
 #include "toolkit/balloon.h"
+#include "toolkit/frame_step.h"
+#include "toolkit/graphics.h"
 #include "toolkit/input_state.h"
 
 using namespace platform;

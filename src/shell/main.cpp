@@ -1,7 +1,7 @@
 // The entry point: build the application, run frames until the window closes.
-#include "shell/frame_step.h"
-#include "shell/graphics.h"
 #include "shell/hexfold.h"
+#include "toolkit/frame_step.h"
+#include "toolkit/graphics.h"
 
 int main() {
     Hexfold hexfold;

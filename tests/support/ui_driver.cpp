@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "platform/glfw2.h"
-#include "shell/frame_step.h"
-#include "shell/graphics.h"
 #include "toolkit/balloon.h"
+#include "toolkit/frame_step.h"
+#include "toolkit/graphics.h"
 #include "toolkit/input_state.h"
 
 namespace ui {

@@ -6,10 +6,10 @@
 #include <algorithm>
 
 #include "platform/glfw2.h"
-#include "shell/frame_step.h"
 #include "support/probe.h"
 #include "support/ui_driver.h"
 #include "toolkit/balloon.h"
+#include "toolkit/frame_step.h"
 #include "toolkit/input_state.h"
 
 using namespace ui;

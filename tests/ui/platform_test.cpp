@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/glfw2.h"
-#include "shell/frame_step.h"
 #include "support/ui_driver.h"
+#include "toolkit/frame_step.h"
 #include "toolkit/input_state.h"
 
 using namespace ui;

@@ -12,7 +12,7 @@
 //   pressed   button up elsewhere                        nothing                   idle
 //   dragging  pointer moves                              hover and ghost follow    dragging
 //   dragging  button up                                  drop                      idle
-#include "shell/frame_step.h"
+#include "toolkit/frame_step.h"
 
 #include <GL/gl.h>
 

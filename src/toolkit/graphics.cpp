@@ -1,5 +1,5 @@
 // Graphics set-up: the window, GLEW, and the state that every frame relies on.
-#include "shell/graphics.h"
+#include "toolkit/graphics.h"
 
 #include <GL/glew.h>
 #include <IL/il.h>

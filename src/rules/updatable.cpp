@@ -1,5 +1,5 @@
 // The global list of what ages with game time, and the walk that ages it.
-#include "shell/updatable.h"
+#include "rules/updatable.h"
 
 #include <iterator>
 

@@ -1,5 +1,5 @@
 // Change notification between the data model and the windows that follow it.
-#include "shell/observer.h"
+#include "rules/observer.h"
 
 #include <algorithm>
 
