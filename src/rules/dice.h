@@ -35,6 +35,10 @@ bool nothingLeft(const DiceCode& code);
 // a + b held to the int range: counters and durations may come from hand-edited files.
 int clampedSum(int a, int b);
 
+// No roll may freeze the program: a code of more dice than this (only a hand-edited file or field
+// makes one) rolls this many.
+inline constexpr int maxRolledDice = 1000;
+
 // The sum of count dice from sharedRandom; 0 for a count of 0 or less.
 int rollDice(int count);
 
