@@ -26,6 +26,10 @@ void Map::makeCells(int columnCount, int rowCount) {
 
 void Map::reservedHook() {}
 
+// Every frame draws every cell from its fields as they stand, so a change shows by itself.
+void Map::cellChanged(Cell*) {}
+void Map::followCell(Cell*) {}
+
 void Map::setArea(float ax, float ay, float w, float h) {
     setPosition(ax, ay);
     setSize(w, h);

@@ -79,6 +79,12 @@ class Map : public Window {
     void clearPendingPath();
     void clearCommittedPath();
 
+    // A cell's terrain, walls or height changed: the next frame shows it.
+    void cellChanged(Cell* cell);
+    // A cell is being edited by a window that writes its fields directly, without telling anyone:
+    // while the cell has observers, the map looks at it each frame and shows what changed.
+    void followCell(Cell* cell);
+
     void drawCell(const Cell* cell);
     void drawPrism(const Cell* cell);
     void drawWalls(const Cell* cell);
