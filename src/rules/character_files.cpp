@@ -4,7 +4,9 @@
 #include "rules/character.h"
 #include "rules/field_reader.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 
 namespace {
@@ -149,14 +151,18 @@ Character* loadCharacter(const std::string& name, bool isNpc) {
     return c;
 }
 
-void saveCharacter(Character& c) {
+bool saveCharacter(Character& c, std::string* failure) {
     listInIndex(c.name, c.isNpc);
 
     // Written beside the old file and renamed over it, so that a failed save leaves the old one whole.
     std::string target = fileName(c.name, c.isNpc);
     std::string temporary = target + ".saving";
+    auto fail = [&] {
+        if (failure) *failure = "cannot write \"" + target + "\": " + std::strerror(errno);
+        return false;
+    };
     std::ofstream out(temporary, std::ios::trunc | std::ios::binary);
-    if (!out) return;
+    if (!out) return fail();
 
     // The "Armor" penalty is not stored: unequipping takes it out, and equipping puts it back.
     Weapon* weapon = c.weapon;
@@ -168,5 +174,10 @@ void saveCharacter(Character& c) {
     c.equip(armor);
 
     out.close();
-    if (!out || std::rename(temporary.c_str(), target.c_str()) != 0) std::remove(temporary.c_str());
+    if (!out || std::rename(temporary.c_str(), target.c_str()) != 0) {
+        bool failed = fail();
+        std::remove(temporary.c_str());
+        return failed;
+    }
+    return true;
 }

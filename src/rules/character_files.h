@@ -12,5 +12,6 @@ void loadCharacters();
 // the file cannot be opened.
 Character* loadCharacter(const std::string& name, bool isNpc);
 // Writes the character's file, and lists it in its index file if that exists and lacks the name.
-// The new file replaces the old only once it is complete. Failures are silent.
-void saveCharacter(Character& c);
+// The new file replaces the old only once it is complete. False when the character could not be
+// written; then `failure`, if given, names the file and the reason, for the user.
+bool saveCharacter(Character& c, std::string* failure = nullptr);
