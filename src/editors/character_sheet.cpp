@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "combat/roll.h"
 #include "editors/delete_button.h"
 #include "editors/list_entry.h"
 #include "editors/list_window.h"
@@ -67,7 +68,8 @@ float EditWindow<Character>::skillColumn() {
     for (Skill* attribute : object->skills) {
         if (!parentOf(attribute->name).empty()) continue;
         y += 3;
-        new Label(this, attribute->name, 0.5f, y, textWidth(attribute->name), 1.5f, "");
+        auto* name = new Label(this, attribute->name, 0.5f, y, textWidth(attribute->name), 1.5f, "");
+        name->leftClickHandler.bind(this, &EditWindow<Character>::rollSkill);
         auto* dice = new DirectNumEdit(this, &attribute->level.dice, 10.75f, y, 2.25f, 1.5f, "");
         dice->alignment = 1;
         new Label(this, "D+", 13.1125f, y, textWidth("D+"), 1.5f, "");
@@ -78,7 +80,8 @@ float EditWindow<Character>::skillColumn() {
             y += 2;
             float t = 3 + textWidth(skill->name);
             new DeleteButton<Character, Skill>(this, object, skill, 0.5f, y, 1.125f, 1.5f);
-            new Label(this, skill->name, 2, y, textWidth(skill->name), 1.5f, "");
+            auto* skillName = new Label(this, skill->name, 2, y, textWidth(skill->name), 1.5f, "");
+            skillName->leftClickHandler.bind(this, &EditWindow<Character>::rollSkill);
             auto* skillDice = new DirectNumEdit(this, &skill->level.dice, t, y, 2.25f, 1.5f, "");
             skillDice->alignment = 1;
             new Label(this, "D+", t + 2.3625f, y, textWidth("D+"), 1.5f, "");
@@ -185,6 +188,12 @@ float EditWindow<Character>::penaltyTable(float y) {
         new DirectEdit(this, &p->applyTo, 31.3125f, y, 11.625f, 1.5f, "");
     }
     return y;
+}
+
+int EditWindow<Character>::rollSkill(Window* name) {
+    // In the middle of the screen, with at most two character points to spend.
+    new Roll(parent, object, static_cast<Label*>(name)->caption, 2, -1, -1);
+    return 1;
 }
 
 int EditWindow<Character>::setState(Window* choice) {

@@ -17,6 +17,8 @@ template <> class EditWindow<Character> : public _EditWindow<Character> {
     // skill as a copy at its parent's level.
     bool acceptsDrop(Window* dragged) override;
 
+    // Opens the dice window for the skill or attribute whose name was clicked.
+    int rollSkill(Window* name);
     int setState(Window* choice);
     int setEquipment(Window* choice);
     int newPenalty(Window* sender);

@@ -8,10 +8,12 @@
 #include <filesystem>
 
 #include "catalogue_screen.h"
+#include "combat/roll.h"
 #include "editors/character_sheet.h"
 #include "editors/delete_button.h"
 #include "editors/item_editor.h"
 #include "editors/list_window.h"
+#include "platform/glfw2.h"
 #include "rules/character_files.h"
 #include "toolkit/button.h"
 #include "toolkit/edit.h"
@@ -162,6 +164,22 @@ TEST_F(Sheet, NewPenaltiesStunsTypedAndAChangeFromElsewhereShowAtTheNextDraw) {
     frame();
     EXPECT_EQ(all<SelectButton>(sheet).at(0)->button->caption, "Wounded");
     EXPECT_EQ(all<NumEdit>(sheet).at(0)->getText(), "0") << "a rebuild forgets the age";
+}
+
+TEST_F(Sheet, AClickOnASkillsOrAnAttributesNameOpensTheDiceWindowForIt) {
+    Character& c = person("Mara Vell", {{"Dexterity", {3, 1}}, {"Dodge", {4, 0}}});
+    c.characterPoints = 5;
+    auto* sheet = open(c);
+    for (auto [name, code] : {std::pair{"Dodge", DiceCode(4, 0)}, {"Dexterity", DiceCode(3, 1)}}) {
+        clickOn(captioned(sheet, name));
+        auto* roll = dynamic_cast<Roll*>(root->children.back());
+        ASSERT_TRUE(roll) << name;
+        EXPECT_EQ(std::tuple(roll->name, roll->code, roll->character, roll->pointsLeft),
+                  std::tuple(std::string(name), code, &c, 2));
+        type("14"); // what the dice showed at the table
+        tap(platform::KEY_ENTER);
+        EXPECT_EQ(roll->total, 14);
+    }
 }
 
 TEST_F(Sheet, DroppedSkillsAndCatalogueItemsBecomeTheCharactersOwnAndAnItemMovesBetweenSheets) {
