@@ -12,15 +12,7 @@ using ::testing::ElementsAre;
 namespace {
 
 // Where an entry stands in its list, and whether it can be dragged.
-struct Place {
-    std::string caption;
-    float x, y;
-    bool draggable;
-    bool operator==(const Place&) const = default;
-};
-void PrintTo(const Place& p, std::ostream* out) {
-    *out << p.caption << " at " << p.x << ", " << p.y << (p.draggable ? "" : " fixed");
-}
+using Place = std::tuple<std::string, float, float, bool>;
 
 class ListWindows : public CatalogueScreen {
   protected:
@@ -32,7 +24,7 @@ class ListWindows : public CatalogueScreen {
     template <class T> static std::vector<Place> places(Window* list) {
         std::vector<Place> found;
         for (auto* e : all<ListEntry<T>>(list))
-            found.push_back({e->caption, e->x, e->y, e->dragDrop});
+            found.emplace_back(e->caption, e->x, e->y, e->dragDrop);
         return found;
     }
 };

@@ -2,11 +2,6 @@
 // edge and the list windows that it opens, shot as build/screenshots/main_screen.png.
 #include <gmock/gmock.h>
 
-#include <unistd.h>
-
-#include <cmath>
-#include <filesystem>
-
 #include "catalogue_screen.h"
 #include "editors/list_window.h"
 #include "map/map.h"
@@ -75,20 +70,6 @@ TEST_F(MainScreen, TheDockOpensEachListUnderItsEntryOnceRaisesItAndForgetsItWhen
     moveOnto(entry(app->itemList, allItems.front()));
     ASSERT_TRUE(app->characterList && app->npcList && app->itemList && app->factionList && app->skillList);
     screenshot("main_screen");
-}
-
-TEST_F(MainScreen, WithNoDataFilesTheDockIsThereAndEveryListComesUpEmpty) {
-    std::string dir = (std::filesystem::temp_directory_path() / "hexfold-empty-XXXXXX").string();
-    ASSERT_NE(mkdtemp(dir.data()), nullptr);
-    ASSERT_EQ(chdir(dir.c_str()), 0);
-    start();
-    for (int i = 0; i < 5; ++i)
-        clickOn(dock(i));
-    for (Dialogue* list : std::initializer_list<Dialogue*>{app->characterList, app->npcList, app->itemList,
-                                                           app->factionList, app->skillList})
-        EXPECT_TRUE(list && list->children.empty() &&
-                    std::abs(list->height - (list == app->skillList ? 1.6f : 3.6f)) < 1e-5f);
-    std::filesystem::remove_all(dir);
 }
 
 } // namespace
