@@ -18,10 +18,10 @@ void onScroll(GLFWwindow*, double, double yOffset) {
     reportWheel(yOffset);
 }
 
-void onKey(GLFWwindow*, int key, int, int action, int) {
+void onKey(GLFWwindow*, int key, int scancode, int action, int) {
     // The window system's auto-repeat is not passed on: a held key is one press.
     if (action == GLFW_REPEAT) return;
-    int code = translateKey(key);
+    int code = translateKey(key, ::glfwGetKeyName(key, scancode));
     if (code >= 0) reportKey(code, action == GLFW_PRESS);
 }
 } // namespace

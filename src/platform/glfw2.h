@@ -68,7 +68,9 @@ Backend currentBackend();
 std::string lastError();
 
 // The program's code for a GLFW 3 key, or -1 for a key that the program has no code for.
-int translateKey(int glfwKey);
+// `layoutName` is what the active keyboard layout names the key (glfwGetKeyName), null for none:
+// a printable key types what the layout puts on it, so "z" on the German key at the US "Y".
+int translateKey(int glfwKey, const char* layoutName);
 
 // The scripted backend's input queue. Each call appends an event; everything queued is delivered,
 // in order, at the next glfwSwapBuffers.
