@@ -42,7 +42,9 @@ int glfwOpenWindow(int width, int height, int redBits, int greenBits, int blueBi
 void glfwTerminate();
 // GLFW_OPENED: 1 while the window is open and nobody asked to close it.
 int glfwGetWindowParam(int param);
-// Delivers all pending input through the callbacks, then shows the back buffer.
+// Delivers all pending input through the callbacks, then shows the back buffer. The desktop
+// backend first sleeps what is left of the frame, so that the loop runs at most at the display's
+// rate (60 a second where it is not known); the scripted backend never sleeps.
 void glfwSwapBuffers();
 // 1 while button n is held: 0 left, 1 right, 2 third.
 int glfwGetMouseButton(int button);
@@ -63,6 +65,10 @@ enum class Backend { Desktop, Scripted };
 // Chooses where input comes from; takes effect at the next glfwOpenWindow.
 void selectBackend(Backend backend);
 Backend currentBackend();
+
+// The rate in frames a second to which the desktop backend holds the frame loop: the display's,
+// or 60 where it is not known.
+int frameRate();
 
 // Why the last glfwInit or glfwOpenWindow failed, in a few words ("no display", ...).
 std::string lastError();
