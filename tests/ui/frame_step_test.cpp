@@ -363,26 +363,6 @@ TEST_F(FrameStepTest, DropButtonAndKeyHandlersMayDeleteTheirWindowItsParentOrThe
         run(d);
 }
 
-TEST_F(FrameStepTest, ACloseButtonMayDeleteItsOwnDialogue) {
-    struct Closer {
-        Window* dialogue;
-        int close(Window*) {
-            delete dialogue;
-            return 0;
-        }
-    };
-    Probe* dialogue = new Probe(root, "dialogue", 10, 40, 30, 20, &log);
-    Probe* button = new Probe(dialogue, "ok", 10, 10, 8, 4, &log);
-    Closer closer{dialogue};
-    button->leftClickHandler.bind(&closer, &Closer::close);
-    click(24, 52);
-    EXPECT_THAT(only({"destroyed", "click"}),
-                ElementsAre("ok:left click", "dialogue:destroyed", "ok:destroyed"));
-    EXPECT_EQ(hoverWindow, nullptr);
-    EXPECT_EQ(focusWindow, nullptr);
-    frame(3);
-}
-
 TEST_F(FrameStepTest, ABalloonGoesOnALeftOrRightPressAndOnAHoverChangeButNotOnTheThirdButton) {
     moveTo(20, 20);
     for (int button : {2, 0, 1}) {
