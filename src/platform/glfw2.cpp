@@ -105,7 +105,8 @@ int glfwOpenWindow(int width, int height, int redBits, int greenBits, int blueBi
         k = false;
     inputState.wheel = 0;
     if (openedBackend == Backend::Desktop) {
-        // Swap at the display's rate instead of spinning a core.
+        // Swap at the display's rate instead of spinning a core; the backend's own pace holds the
+        // loop where the swap does not wait.
         ::glfwSwapInterval(1);
         desktop::attach(theWindow);
     } else {
@@ -130,10 +131,13 @@ int glfwGetWindowParam(int param) {
 
 void glfwSwapBuffers() {
     if (!theWindow) return;
-    if (openedBackend == Backend::Desktop)
+    // Only the desktop backend keeps time: the scripted one runs as fast as its driver asks.
+    if (openedBackend == Backend::Desktop) {
+        desktop::pace();
         desktop::deliver();
-    else
+    } else {
         scripted::deliver();
+    }
     ::glfwSwapBuffers(theWindow);
 }
 

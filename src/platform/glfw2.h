@@ -42,7 +42,9 @@ int glfwOpenWindow(int width, int height, int redBits, int greenBits, int blueBi
 void glfwTerminate();
 // GLFW_OPENED: 1 while the window is open and nobody asked to close it.
 int glfwGetWindowParam(int param);
-// Delivers all pending input through the callbacks, then shows the back buffer.
+// Delivers all pending input through the callbacks, then shows the back buffer. The desktop
+// backend first sleeps what is left of the frame, so that the loop runs at most at the display's
+// rate (60 a second where it is not known); the scripted backend never sleeps.
 void glfwSwapBuffers();
 // 1 while button n is held: 0 left, 1 right, 2 third.
 int glfwGetMouseButton(int button);
@@ -64,11 +66,17 @@ enum class Backend { Desktop, Scripted };
 void selectBackend(Backend backend);
 Backend currentBackend();
 
+// The rate in frames a second to which the desktop backend holds the frame loop: the display's,
+// or 60 where it is not known.
+int frameRate();
+
 // Why the last glfwInit or glfwOpenWindow failed, in a few words ("no display", ...).
 std::string lastError();
 
 // The program's code for a GLFW 3 key, or -1 for a key that the program has no code for.
-int translateKey(int glfwKey);
+// `layoutName` is what the active keyboard layout names the key (glfwGetKeyName), null for none:
+// a printable key types what the layout puts on it, so "z" on the German key at the US "Y".
+int translateKey(int glfwKey, const char* layoutName);
 
 // The scripted backend's input queue. Each call appends an event; everything queued is delivered,
 // in order, at the next glfwSwapBuffers.

@@ -29,6 +29,8 @@ void reportKey(int key, bool down);
 // The backends: each gathers its input into the reports above when the swap asks it to.
 namespace desktop {
 void attach(GLFWwindow* window);
+// Sleeps what is left of the frame, so that the loop runs at most at the display's rate.
+void pace();
 void deliver();
 } // namespace desktop
 namespace scripted {

@@ -1,6 +1,7 @@
 // The frame step: all input dispatch of the toolkit. It alone decides which window is hovered,
 // pressed, dragged and focused, and it re-reads the global pointers after every call into a
-// window, since any handler may delete windows (its own among them).
+// window, since any handler may delete windows (its own among them); the one window it holds
+// itself, the one under the pointer, it holds by a WindowRef and finds again if it died.
 //
 // The left button, event by event:
 //
@@ -55,20 +56,24 @@ void startDrag(Window* dragged) {
 void pointerStep(Window* root) {
     logicalX = mouseX / pixelsPerUnitX;
     logicalY = mouseY / pixelsPerUnitY;
-    Window* target = hitTest(root, logicalX, logicalY);
+    // Found before the drag start, so that a window lifted out of the tree stays hovered for this
+    // step; found again wherever a handler has deleted it.
+    WindowRef target(hitTest(root, logicalX, logicalY));
 
     if (leftDown && !draggedWindow && hoverWindow && (hoverWindow->dragDrop || hoverWindow->movable)) {
         int dx = pressX - mouseX, dy = pressY - mouseY;
         if (dx * dx + dy * dy > 9) startDrag(hoverWindow);
+        if (!target) target = hitTest(root, logicalX, logicalY);
     }
 
-    if (target && target == hoverWindow) {
+    if (target == hoverWindow) {
         target->onMouseMove(mouseDeltaX, mouseDeltaY);
-    } else if (target != hoverWindow) {
+    } else {
         deleteBalloon();
         if (hoverWindow) hoverWindow->onMouseLeave();
+        if (!target) target = hitTest(root, logicalX, logicalY);
         hoverWindow = target;
-        if (hoverWindow) hoverWindow->onMouseEnter();
+        hoverWindow->onMouseEnter();
     }
 
     if (balloonWindow) {
@@ -89,6 +94,7 @@ void drop() {
     if (d->dragDrop && hoverWindow) {
         Window* over = hoverWindow;
         bool accepted = over->acceptsDrop(d);
+        // A dragged window that dies clears dragOrigin with it: the origin never hears of a dead one.
         if (dragOrigin) {
             if (accepted)
                 dragOrigin->onDropAccepted(d);

@@ -16,14 +16,16 @@ void MenuEntry::draw(float a) {
     Label::draw(a);
 }
 
+// The look changes first: a handler may delete the entry (a list rebuilt from a hover), and
+// nothing touches it after the handler.
 void MenuEntry::onMouseEnter() {
-    mouseEnterHandler(this);
     for (int i = 0; i < 3; ++i)
         backColour[i] += highlight;
+    mouseEnterHandler(this);
 }
 
 void MenuEntry::onMouseLeave() {
-    mouseLeaveHandler(this);
     for (int i = 0; i < 3; ++i)
         backColour[i] -= highlight;
+    mouseLeaveHandler(this);
 }

@@ -10,8 +10,8 @@ class MenuEntry : public Label {
     MenuEntry(Window* parent, std::string caption, float x, float y, float width, float height,
               std::string value);
     void draw(float alpha) override;
-    // Fire the handler first, then light up by 0.15 in each channel, and back on leaving. No
-    // clamping: the pointer cannot leave without having entered.
+    // Light up by 0.15 in each channel, and back on leaving, then fire the handler, which may
+    // delete the entry. No clamping: the pointer cannot leave without having entered.
     void onMouseEnter() override;
     void onMouseLeave() override;
 };

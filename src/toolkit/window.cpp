@@ -11,6 +11,23 @@
 #include "toolkit/input_state.h"
 #include "toolkit/shapes.h"
 
+namespace {
+WindowRef* firstRef = nullptr; // the live references, newest first
+}
+
+WindowRef::WindowRef(Window* window) : window(window), previous(nullptr), next(firstRef) {
+    if (next) next->previous = this;
+    firstRef = this;
+}
+
+WindowRef::~WindowRef() {
+    if (previous)
+        previous->next = next;
+    else
+        firstRef = next;
+    if (next) next->previous = previous;
+}
+
 Window::Window(Window* parent, float x, float y, float width, float height, std::string value)
     : parent(parent), value(std::move(value)), x(x), y(y), width(width), height(height) {
     if (parent) {
@@ -22,6 +39,8 @@ Window::Window(Window* parent, float x, float y, float width, float height, std:
 
 Window::~Window() {
     if (parent) std::erase(parent->children, this);
+    for (WindowRef* ref = firstRef; ref; ref = ref->next)
+        if (ref->window == this) ref->window = nullptr;
     if (focusWindow == this) focusWindow = nullptr;
     if (balloonWindow == this) balloonWindow = nullptr;
     if (hoverWindow == this) hoverWindow = nullptr;

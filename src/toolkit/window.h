@@ -76,6 +76,29 @@ class Window {
     bool drawTree(float inherited);
 };
 
+// A pointer to a window that turns null when the window dies: for code that calls a handler and must
+// then know whether a window that it holds survived it. Lives on the stack, for the length of a step.
+class WindowRef {
+  public:
+    explicit WindowRef(Window* window = nullptr);
+    ~WindowRef();
+    WindowRef(const WindowRef&) = delete;
+    WindowRef& operator=(const WindowRef&) = delete;
+    WindowRef& operator=(Window* other) {
+        window = other;
+        return *this;
+    }
+    Window* get() const { return window; }
+    Window* operator->() const { return window; }
+    operator Window*() const { return window; }
+
+  private:
+    friend class Window;
+    Window* window;
+    WindowRef* previous;
+    WindowRef* next;
+};
+
 // The deepest visible window under the point, which is given in the coordinates of root's parent.
 // All four edges count as inside; the root itself is not tested.
 Window* hitTest(Window* root, float x, float y);

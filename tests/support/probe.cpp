@@ -1,4 +1,5 @@
-// Probe: logs each event and then does what Window does, so delegates still fire.
+// Probe: logs each event and then does what Window does, so delegates still fire; or deletes a
+// window in its place, as a handler may.
 #include "support/probe.h"
 
 namespace ui {
@@ -13,11 +14,17 @@ Probe::Probe(Window* parent, std::string name, float x, float y, float w, float 
     : Window(parent, x, y, w, h, ""), name(std::move(name)), log(log) {}
 
 Probe::~Probe() {
-    note("destroyed");
+    if (log) log->push_back(name + ":destroyed");
 }
 
-void Probe::note(const std::string& event) {
-    if (log) log->push_back(name + ":" + event);
+bool Probe::note(const std::string& event, const std::string& detail) {
+    if (log) log->push_back(name + ":" + event + (detail.empty() ? "" : " " + detail));
+    if (event != deleteOn) return true;
+    Window* doomed = victim;
+    deleteOn.clear();
+    victim = nullptr;
+    delete doomed;
+    return false;
 }
 
 void Probe::draw(float a) {
@@ -32,72 +39,63 @@ bool Probe::afterDraw() {
 }
 
 void Probe::onKey(int key) {
-    note("key " + std::to_string(key));
+    note("key", std::to_string(key));
 }
 void Probe::onWheel(int delta) {
-    note("wheel " + std::to_string(delta));
+    note("wheel", std::to_string(delta));
 }
 
 void Probe::onMouseEnter() {
-    note("enter");
-    Window::onMouseEnter();
+    if (note("enter")) Window::onMouseEnter();
 }
 
 void Probe::onMouseMove(int dx, int dy) {
-    note("move " + std::to_string(dx) + "," + std::to_string(dy));
-    Window::onMouseMove(dx, dy);
+    if (note("move", std::to_string(dx) + "," + std::to_string(dy))) Window::onMouseMove(dx, dy);
 }
 
 void Probe::onMouseLeave() {
-    note("leave");
-    Window::onMouseLeave();
+    if (note("leave")) Window::onMouseLeave();
 }
 
 void Probe::onFocus() {
-    note("focus");
-    Window::onFocus();
+    if (note("focus")) Window::onFocus();
 }
 
 void Probe::onFocusLost() {
-    note("focus lost");
-    Window::onFocusLost();
+    if (note("focus lost")) Window::onFocusLost();
 }
 
 void Probe::onButtonDown(int button) {
-    note("down " + std::to_string(button));
+    note("down", std::to_string(button));
 }
 void Probe::onButtonUp(int button) {
-    note("up " + std::to_string(button));
+    note("up", std::to_string(button));
 }
 
 void Probe::onLeftClick() {
-    note("left click");
-    Window::onLeftClick();
+    if (note("left click")) Window::onLeftClick();
 }
 
 void Probe::onRightClick() {
-    note("right click");
-    Window::onRightClick();
+    if (note("right click")) Window::onRightClick();
 }
 
 void Probe::onDragStart(Window* dragged) {
-    note("drag start " + nameOf(dragged));
-    Window::onDragStart(dragged);
+    if (note("drag start", nameOf(dragged))) Window::onDragStart(dragged);
 }
 
 void Probe::onDropRefused(Window* dragged) {
-    note("drop refused " + nameOf(dragged));
-    Window::onDropRefused(dragged);
+    if (note("drop refused", nameOf(dragged))) Window::onDropRefused(dragged);
 }
 
 void Probe::onDropAccepted(Window* dragged) {
-    note("drop accepted " + nameOf(dragged));
-    Window::onDropAccepted(dragged);
+    if (note("drop accepted", nameOf(dragged))) Window::onDropAccepted(dragged);
 }
 
 bool Probe::acceptsDrop(Window* dragged) {
-    note("accepts " + nameOf(dragged) + "?");
-    return accept;
+    bool answer = accept;
+    note("accepts", nameOf(dragged) + "?");
+    return answer;
 }
 
 } // namespace ui

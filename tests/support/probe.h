@@ -23,6 +23,11 @@ class Probe : public Window {
     int afterDrawCount = 0; // afterDraw calls
     float lastAlpha = -1;   // the opacity of the last draw
     bool paint = true;      // false: draw nothing, only count
+    // A handler that deletes a window: at the first event of this name ("leave", "drag start",
+    // "accepts", ...) the probe logs it, deletes `victim` (itself, its parent, any window) and
+    // does nothing more for that event.
+    std::string deleteOn;
+    Window* victim = nullptr;
 
     void draw(float alpha) override;
     bool afterDraw() override;
@@ -43,7 +48,8 @@ class Probe : public Window {
     bool acceptsDrop(Window* dragged) override;
 
   private:
-    void note(const std::string& event);
+    // Logs the event; false when it deleted the victim, and so perhaps itself.
+    bool note(const std::string& event, const std::string& detail = "");
 };
 
 // The name of a window for logs: a Probe's name, or "?" for another window, "-" for null.

@@ -67,4 +67,17 @@ TEST_F(ButtonTest, OneEntryOpensAnEmptyListAndLaterEntriesSortByCaptionBarValueI
     EXPECT_EQ(texts(), "Walk=1, L=R|v, Med x=b, Medx=c, Med=a, Same=10, Same=2");
 }
 
+TEST_F(ButtonTest, AFadedButtonFadesItsBevelAlongAndDrawsItsBackgroundWhateverThatColoursOwnAlpha) {
+    Button* button = new Button(root, "", 20, 40, 30, 6, "");
+    button->alpha = 0.5f;
+    button->backColour[3] = 0;
+    frame();
+    // On black, each at half strength: the grey 0.7 of the background, the light 0.85 of the left
+    // edge and the dark 0.55 of the bottom edge, which lie just outside the background.
+    auto grey = [](int g) { return [g](Rgb c) { return near(c, {g, g, g}, 3); }; };
+    EXPECT_GT(countPixels(22, 42, 26, 2, grey(89)), 500);
+    EXPECT_GT(countPixels(19.7f, 41, 0.6f, 4, grey(108)), 25);
+    EXPECT_GT(countPixels(21, 45.7f, 28, 0.6f, grey(70)), 250);
+}
+
 } // namespace

@@ -6,6 +6,7 @@
 #include "toolkit/font.h"
 #include "toolkit/label.h"
 #include "toolkit/message_box.h"
+#include "toolkit/text.h"
 
 using namespace ui;
 using ::testing::ElementsAre;
@@ -71,6 +72,32 @@ TEST_F(DialogueTest, DefaultMessageBoxesStackShowTheirMessageAndOkClosesTheFront
     }
     moveTo(51.8f, 50.5f);
     EXPECT_THAT(log, ElementsAre("Second closed whole", "First closed whole", "below:enter"));
+}
+
+TEST_F(DialogueTest, TextWrapsWithinItsMarginsAndShowsALineThatEndsExactlyAtItsLimit) {
+    // Text in red on a grey box; a row of it counts as drawn when it leaves red pixels.
+    auto text = [&](float x, float y, float w, float h, const char* caption) {
+        Text* t = new Text(root, x, y, w, h, "");
+        t->caption = caption;
+        t->borderColour[0] = 0.9f;
+        return t;
+    };
+    auto red = [this](float x, float y, float w) {
+        return countPixels(x, y, w, 1.2f, [](Rgb c) { return c.r > 120 && c.g < 90; }) > 10;
+    };
+    // The wrap width is the box's less its margins: a line as wide as the box less half a unit
+    // breaks, one as wide as the box less one and a half units does not.
+    float two = measureText("wwww wwww", 1.5f);
+    text(10, 10, two + 0.5f, 10, "wwww wwww");
+    text(50, 10, two + 1.5f, 10, "wwww wwww");
+    // A box 5.5 high leaves 4.5 for lines of 1.5: the third ends exactly there and is drawn, the
+    // fourth would end below and is not (it would stand below the box, where nothing else is red).
+    Text* cut = text(10, 30, measureText("wwww", 1.5f) + 1.5f, 5.5f, "wwww wwww wwww wwww");
+    frame();
+    EXPECT_TRUE(red(10.6f, 12.1f, two));
+    EXPECT_FALSE(red(50.6f, 12.1f, two));
+    EXPECT_TRUE(red(10.6f, 33.6f, cut->width - 1.2f));
+    EXPECT_FALSE(red(10.6f, 35.65f, cut->width - 1.2f));
 }
 
 } // namespace

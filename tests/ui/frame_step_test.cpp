@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
+#include <map>
 
 #include "platform/glfw2.h"
 #include "support/probe.h"
@@ -45,6 +48,49 @@ class FrameStepTest : public UiTest {
         p->movable = movable;
         p->dragDrop = dragDrop;
         return p;
+    }
+
+    // A handler that deletes a window at one place of the frame step, and what the log shows after
+    // it: the step must go on without touching the dead.
+    struct Deletion {
+        const char* reactor;
+        const char* event;
+        const char* victim;
+        std::function<void()> script;
+        std::vector<std::string> after; // the log behind the deletion, without moves and deaths
+        bool movable = false;
+    };
+
+    // On a stage that covers the screen: a panel (10, 50)-(50, 70) holding the entry "item"
+    // (12, 52)-(22, 57), which can be dragged, and "next" (22, 52)-(32, 57) beside it; "other" at
+    // (60, 50)-(80, 70) takes drops.
+    void run(const Deletion& d) {
+        SCOPED_TRACE(std::string(d.reactor) + " " + d.event + " deletes " + d.victim);
+        Probe* stage = new Probe(root, "stage", 0, 0, 100, 100, &log);
+        Probe* panel = new Probe(stage, "panel", 10, 50, 40, 20, &log);
+        Probe* entry = item(panel, d.movable, true);
+        std::map<std::string, Probe*> named{{"stage", stage},
+                                            {"panel", panel},
+                                            {"item", entry},
+                                            {"next", new Probe(panel, "next", 12, 2, 10, 5, &log)},
+                                            {"other", new Probe(stage, "other", 60, 50, 20, 20, &log)}};
+        named[d.reactor]->deleteOn = d.event;
+        named[d.reactor]->victim = named[d.victim];
+        moveTo(5, 95);
+        log.clear();
+        d.script();
+        std::string reaction = std::string(d.reactor) + ":" + d.event;
+        auto at = std::ranges::find_if(log, [&](auto& e) { return e.starts_with(reaction); });
+        ASSERT_NE(at, log.end()) << "the handler never ran";
+        ASSERT_NE(at + 1, log.end());
+        EXPECT_EQ(at[1], std::string(d.victim) + ":destroyed");
+        EventLog after;
+        std::copy_if(at + 2, log.end(), std::back_inserter(after), [](auto& e) {
+            return !e.ends_with(":destroyed") && e.find(":move") == std::string::npos;
+        });
+        EXPECT_EQ(after, d.after);
+        EXPECT_EQ(draggedWindow, nullptr);
+        delete stage;
     }
 };
 
@@ -216,8 +262,9 @@ TEST_F(FrameStepTest, FocusIsLostAtThePressAndTakenAtTheRelease) {
 }
 
 TEST_F(FrameStepTest, KeysGoToTheFocusWindowOnceAndAreDroppedWithoutOne) {
-    tap('Q'); // no focus window
-    EXPECT_TRUE(keyQueue.empty());
+    moveTo(20, 20);
+    tap('Q'); // no focus window: not even the hover window hears it, now or after the next click
+    EXPECT_THAT(only({"key"}), IsEmpty());
     click(20, 20);
     holdKey('W');
     keyCallback('W', 1); // the window system's repeats
@@ -230,24 +277,90 @@ TEST_F(FrameStepTest, KeysGoToTheFocusWindowOnceAndAreDroppedWithoutOne) {
     EXPECT_FALSE(keyDown['W']);
 }
 
-TEST_F(FrameStepTest, ACloseButtonMayDeleteItsOwnDialogue) {
-    struct Closer {
-        Window* dialogue;
-        int close(Window*) {
-            delete dialogue;
-            return 0;
-        }
+TEST_F(FrameStepTest, PointerHandlersMayDeleteTheirWindowItsParentOrTheWindowThePointerEnters) {
+    auto itemThenNext = [this] {
+        moveTo(17, 54.5f);
+        moveTo(27, 54.5f);
     };
-    Probe* dialogue = new Probe(root, "dialogue", 10, 40, 30, 20, &log);
-    Probe* button = new Probe(dialogue, "ok", 10, 10, 8, 4, &log);
-    Closer closer{dialogue};
-    button->leftClickHandler.bind(&closer, &Closer::close);
-    click(24, 52);
-    EXPECT_THAT(only({"destroyed", "click"}),
-                ElementsAre("ok:left click", "dialogue:destroyed", "ok:destroyed"));
-    EXPECT_EQ(hoverWindow, nullptr);
-    EXPECT_EQ(focusWindow, nullptr);
-    frame(3);
+    auto wiggle = [this] {
+        moveTo(17, 54.5f);
+        movePixels(toPixelX(17) + 1, toPixelY(54.5f));
+    };
+    // Press near the item's right edge and pull it past the threshold: 4 pixels stay on the item,
+    // 8 reach "next", so that the window hit before the drag start is the one that dies.
+    auto pull = [this](int pixels) {
+        return [this, pixels] {
+            moveTo(21.5f, 54.5f);
+            press();
+            movePixels(toPixelX(21.5f) + pixels, toPixelY(54.5f));
+            release();
+        };
+    };
+    Deletion cases[] = {
+        {"item", "leave", "next", itemThenNext, {"panel:enter"}},
+        {"item", "leave", "panel", itemThenNext, {"stage:enter"}},
+        {"item", "leave", "item", itemThenNext, {"next:enter"}},
+        {"next", "enter", "next", itemThenNext, {}},
+        {"next", "enter", "panel", itemThenNext, {}},
+        {"item", "move", "item", wiggle, {}},
+        {"panel", "drag start", "item", pull(4), {"panel:enter"}},
+        {"panel", "drag start", "panel", pull(4), {"stage:enter"}},
+        {"panel",
+         "drag start",
+         "next",
+         pull(8),
+         {"item:leave", "panel:enter", "panel:accepts item?", "panel:drop refused item"}},
+    };
+    for (const Deletion& d : cases)
+        run(d);
+}
+
+TEST_F(FrameStepTest, DropButtonAndKeyHandlersMayDeleteTheirWindowItsParentOrTheDraggedWindow) {
+    auto dropOnOther = [this] { drag(17, 54.5f, 70, 60, 1); };
+    auto clickItem = [this] { click(17, 54.5f); };
+    auto pressAndRelease = [this](int button) {
+        return [this, button] {
+            moveTo(17, 54.5f);
+            press(button);
+            release(button);
+        };
+    };
+    auto wheelTwice = [this] {
+        moveTo(17, 54.5f);
+        wheel(1);
+        wheel(1);
+    };
+    auto twoKeysInAFrame = [this] {
+        click(17, 54.5f);
+        platform::script::setKey('A', true);
+        platform::script::setKey('B', true);
+        settle();
+        platform::script::setKey('A', false);
+        platform::script::setKey('B', false);
+        settle();
+    };
+    auto clickItemThenNext = [this] {
+        click(17, 54.5f);
+        click(27, 54.5f);
+    };
+    Deletion cases[] = {
+        {"other", "accepts", "item", dropOnOther, {}},
+        {"other", "accepts", "other", dropOnOther, {"panel:drop refused item"}},
+        {"other", "accepts", "panel", dropOnOther, {}},
+        {"panel", "drop refused", "panel", dropOnOther, {}},
+        {"panel", "drop refused", "other", dropOnOther, {}},
+        {"panel", "drop refused", "item", dropOnOther, {}, true},
+        {"item", "focus", "item", clickItem, {}},
+        {"item", "left click", "panel", clickItem, {}},
+        {"item", "right click", "item", pressAndRelease(1), {}},
+        {"item", "down", "panel", pressAndRelease(2), {}},
+        {"item", "up", "item", pressAndRelease(2), {}},
+        {"item", "wheel", "item", wheelTwice, {}},
+        {"item", "key", "item", twoKeysInAFrame, {}},
+        {"item", "focus lost", "item", clickItemThenNext, {"next:focus", "next:left click"}},
+    };
+    for (const Deletion& d : cases)
+        run(d);
 }
 
 TEST_F(FrameStepTest, ABalloonGoesOnALeftOrRightPressAndOnAHoverChangeButNotOnTheThirdButton) {

@@ -1,5 +1,6 @@
-// The window tree without a display: construction and destruction rules, hit testing, raising,
-// adding and removing children, and delegates that rebind or delete from inside their call.
+// The window tree without a display: construction and destruction rules, references that outlive
+// their window, hit testing, raising, adding and removing children, and delegates that rebind or
+// delete from inside their call.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -66,13 +67,26 @@ TEST_F(WindowTree, RaiseMovesAWindowToTheFrontWithoutHandlers) {
     EXPECT_EQ(handler.calls, 0);
 }
 
-TEST_F(WindowTree, DestroyingAWindowUnlinksItAndClearsTheInputStateThatPointsAtIt) {
+TEST_F(WindowTree, DestroyingAWindowUnlinksItAndClearsTheInputStateAndTheReferencesThatPointAtIt) {
     Window* parent = new Window(&root, 0, 0, 50, 50, "");
     Window* child = new Window(parent, 0, 0, 5, 5, "");
     Window* other = new Window(&root, 60, 60, 5, 5, "");
     hoverWindow = focusWindow = draggedWindow = pressTarget = child;
     dragOrigin = parent;
+    WindowRef toChild(child), toOther(other);
+    // References end in any order, and the others stay linked: one from the middle, then the
+    // newest twice.
+    auto* older = new WindowRef(child);
+    auto* newer = new WindowRef(parent);
+    auto* newest = new WindowRef(other);
+    delete newer;
+    delete newest;
+    delete older;
+    WindowRef toParent(parent);
     delete parent;
+    EXPECT_EQ(toChild.get(), nullptr);
+    EXPECT_EQ(toParent.get(), nullptr);
+    EXPECT_EQ(toOther.get(), other);
     EXPECT_THAT(root.children, ElementsAre(other));
     EXPECT_EQ(hoverWindow, nullptr);
     EXPECT_EQ(focusWindow, nullptr);
