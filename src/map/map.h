@@ -15,6 +15,7 @@
 #include "toolkit/window.h"
 
 class Character;
+class MapMesh;
 
 // One entry of a way: the cell, and the colour of the path line there.
 struct PathStep {
@@ -79,15 +80,15 @@ class Map : public Window {
     void clearPendingPath();
     void clearCommittedPath();
 
-    // A cell's terrain, walls or height changed: the next frame shows it.
+    // A cell's terrain, walls or height changed: the next frame shows it. The map keeps the geometry
+    // of its cells from frame to frame, so a change that is not announced does not show.
     void cellChanged(Cell* cell);
     // A cell is being edited by a window that writes its fields directly, without telling anyone:
-    // while the cell has observers, the map looks at it each frame and shows what changed.
+    // while the cell has observers, the map looks at it each frame and shows what changed; when it
+    // has none any more, the map forgets it after a last look.
     void followCell(Cell* cell);
-
-    void drawCell(const Cell* cell);
-    void drawPrism(const Cell* cell);
-    void drawWalls(const Cell* cell);
+    // Bytes that the kept geometry of the cells takes.
+    std::size_t geometryBytes() const;
 
     Camera camera;
     int columns = 0, rows = 0;
@@ -120,9 +121,8 @@ class Map : public Window {
 
   private:
     void moveByKeys();
-    // The faces of a cell's prism, top and flank, without the outline.
-    void drawFaces(const Cell* cell, bool textured);
-    void drawLayer(const Cell* cell, float red, float green, float blue, float alpha);
+    MapMesh& meshOf();
+    void drawOccupants();
     void drawPathLine();
     void pan(int dx, int dy, bool overCell);
     void turn(int dx, int dy, bool overCell);
@@ -130,6 +130,7 @@ class Map : public Window {
     void viewCoordinates(float px, float py, float& u, float& v) const;
 
     std::unique_ptr<Cell[]> cellBlock;
+    std::unique_ptr<MapMesh> mesh; // made at the first draw or the first cell followed
 };
 
 // 0 without a first cell; else the distance between the centres, height included.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 
 namespace ui {
 namespace {
@@ -43,6 +44,8 @@ Picture readFrame(int left, int top, int width, int height) {
 }
 
 bool writePicture(const Picture& picture, const std::string& path) {
+    std::error_code ignored;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
     ILuint image = 0;
     ilGenImages(1, &image);
     ilBindImage(image);
@@ -76,20 +79,32 @@ Picture readPicture(const std::string& path) {
     return p;
 }
 
-Departure compare(const Picture& golden, const Picture& seen) {
+Departure compare(const Picture& golden, const Picture& seen, Picture* where) {
     Departure d;
     if (golden.width != seen.width || golden.height != seen.height) {
         d.differing = d.offSeam = seen.width * seen.height;
         d.worstOffSeam = 255;
         return d;
     }
+    if (where) *where = Picture{seen.width, seen.height, std::vector<unsigned char>(seen.rgb.size())};
     for (int y = 0; y < seen.height; ++y)
         for (int x = 0; x < seen.width; ++x) {
             Rgb a = golden.at(x, y), b = seen.at(x, y);
+            unsigned char* mark =
+                where ? &where->rgb[(std::size_t(y) * std::size_t(seen.width) + std::size_t(x)) * 3]
+                      : nullptr;
+            auto paint = [&](Rgb c) {
+                if (mark)
+                    mark[0] = static_cast<unsigned char>(c.r), mark[1] = static_cast<unsigned char>(c.g),
+                    mark[2] = static_cast<unsigned char>(c.b);
+            };
+            paint({b.r / 4, b.g / 4, b.b / 4});
             if (a == b) continue;
             ++d.differing;
+            paint({255, 255, 0});
             if (nearLine(golden, x, y) || nearLine(seen, x, y)) continue;
             ++d.offSeam;
+            paint({255, 0, 255});
             d.worstOffSeam =
                 std::max({d.worstOffSeam, std::abs(a.r - b.r), std::abs(a.g - b.g), std::abs(a.b - b.b)});
         }

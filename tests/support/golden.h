@@ -28,6 +28,8 @@ struct Departure {
     int offSeam = 0;      // of those, pixels farther than a pixel from any line of either picture
     int worstOffSeam = 0; // the largest difference of one channel off the seams
 };
-Departure compare(const Picture& golden, const Picture& seen);
+// Where gives the departures a picture: the seen one darkened, with differing pixels in yellow on
+// the seams and in magenta off them.
+Departure compare(const Picture& golden, const Picture& seen, Picture* where = nullptr);
 
 } // namespace ui
