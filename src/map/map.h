@@ -90,6 +90,16 @@ class Map : public Window {
     // Bytes that the kept geometry of the cells takes.
     std::size_t geometryBytes() const;
 
+    // The draw in steps, for a drawing of the cells from elsewhere (the golden pictures' reference):
+    // beginView takes the OpenGL state over, with the lens, the camera and the depth test; endView
+    // draws the frame round the view and gives the state back.
+    void beginView();
+    void endView();
+    // The occupant's mark on its cell, if it has one.
+    static void drawMark(const Cell* cell);
+    // Through the laid-down way and the proposed one, in the colours of their speeds.
+    void drawPathLine();
+
     Camera camera;
     int columns = 0, rows = 0;
     // Row by row, each row by ascending column; all point into one block that the map owns.
@@ -122,8 +132,6 @@ class Map : public Window {
   private:
     void moveByKeys();
     MapMesh& meshOf();
-    void drawOccupants();
-    void drawPathLine();
     void pan(int dx, int dy, bool overCell);
     void turn(int dx, int dy, bool overCell);
     // u and v of a pixel: -1 at the view's left and top edges, 1 at the right and bottom.

@@ -31,8 +31,17 @@ void Map::moveByKeys() {
 
 void Map::draw(float) {
     if (focusWindow == this) moveByKeys();
+    beginView();
+    meshOf().draw(texture);
+    // Marks are few enough to go one by one.
+    mesh->forEachCellInView(drawMark);
+    if (pendingLength != 0 && showPath) drawPathLine();
+    endView();
+}
+
+void Map::beginView() {
     // Depth function, polygon offset, line width, texture binding and current colour come back
-    // as they were; matrices are pushed and popped; the rest is set back by hand below.
+    // as they were; matrices are pushed and popped; the rest is set back by hand in endView.
     glPushAttrib(GL_DEPTH_BUFFER_BIT | GL_POLYGON_BIT | GL_LINE_BIT | GL_TEXTURE_BIT | GL_CURRENT_BIT);
     glViewport(static_cast<int>(viewLeft), static_cast<int>(768 - viewHeight - viewTop),
                static_cast<int>(viewWidth), static_cast<int>(viewHeight));
@@ -43,13 +52,11 @@ void Map::draw(float) {
     glMatrixMode(GL_MODELVIEW);
     glPushMatrix();
     camera.applyView();
-
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LESS);
-    meshOf().draw(texture);
-    drawOccupants();
-    if (pendingLength != 0 && showPath) drawPathLine();
+}
 
+void Map::endView() {
     glDisable(GL_DEPTH_TEST);
     glLoadIdentity();
     glMatrixMode(GL_PROJECTION);
@@ -70,26 +77,23 @@ void Map::draw(float) {
     glViewport(0, 0, 1024, 768);
 }
 
-void Map::drawOccupants() {
-    // A mark flat on the cell, in the colour of the occupant's faction, black without one. Few
-    // enough to go one by one, the colour set ahead of each, where the renderer takes it as it is
-    // rather than shading it across the mark.
-    mesh->forEachCellInView([](Cell* cell) {
-        const Character* occupant = cell->occupant;
-        if (!occupant) return;
-        const Faction* f = occupant->faction;
-        if (f)
-            glColor3f(f->colour[0], f->colour[1], f->colour[2]);
-        else
-            glColor3f(0, 0, 0);
-        const Vector3& c = cell->centre;
-        glBegin(GL_QUADS);
-        glVertex3f(c.x + 0.3f, c.y + 0.35f, c.z);
-        glVertex3f(c.x + 0.3f, c.y - 0.35f, c.z);
-        glVertex3f(c.x - 0.3f, c.y - 0.35f, c.z);
-        glVertex3f(c.x - 0.3f, c.y + 0.35f, c.z);
-        glEnd();
-    });
+void Map::drawMark(const Cell* cell) {
+    // Flat on the cell, in the colour of the occupant's faction, black without one. The colour is
+    // set ahead of the quad, where the renderer takes it as it is rather than shading it across.
+    const Character* occupant = cell->occupant;
+    if (!occupant) return;
+    const Faction* f = occupant->faction;
+    if (f)
+        glColor3f(f->colour[0], f->colour[1], f->colour[2]);
+    else
+        glColor3f(0, 0, 0);
+    const Vector3& c = cell->centre;
+    glBegin(GL_QUADS);
+    glVertex3f(c.x + 0.3f, c.y + 0.35f, c.z);
+    glVertex3f(c.x + 0.3f, c.y - 0.35f, c.z);
+    glVertex3f(c.x - 0.3f, c.y - 0.35f, c.z);
+    glVertex3f(c.x - 0.3f, c.y + 0.35f, c.z);
+    glEnd();
     glColor3f(0, 0, 0);
 }
 

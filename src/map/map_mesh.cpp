@@ -1,5 +1,5 @@
-// MapMesh: building the geometry of a block of cells, finding the tiles in view and the passes that
-// draw them.
+// MapMesh: building the geometry of a block of cells, finding what of it may show from where the
+// camera stands, and the passes that draw it.
 //
 // The picture is the one that drawing every cell on its own in immediate mode made: a textured base
 // pass with the faces a little behind the lines, black outlines, red walls that win over outlines of
@@ -7,13 +7,22 @@
 // (pass by pass instead of cell by cell), which matters nowhere but where two faces lie in one plane.
 // The triangles are the ones that the renderer makes of the old fan and quad strip, in the same
 // vertex order, so that depths and texture coordinates come out the same to the bit.
+//
+// What is left out cannot show:
+// - a flank that a neighbour as high or higher hides, while the camera stands above the ground and
+//   outside the prisms round it (else the inside of a prism shows, and the flanks in it);
+// - flanks that face away from the camera, which the renderer would cull, grouped by the side they
+//   face so that a whole tile's worth goes at once;
+// - an upright corner line whose two flanks both face away, and the outline at the foot of a higher
+//   neighbour whose flank faces away: the prism stands in front of them, again while the camera is
+//   outside the prisms round them;
+// - a line that a neighbour drew already in the same place.
 #include "map/map_mesh.h"
 
 #include <GL/glew.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <limits>
 
 #include "map/map.h"
@@ -23,30 +32,33 @@ constexpr int blockSide = 32; // cells a side of a block, which is rebuilt and b
 constexpr int tileSide = 8;   // cells a side of a tile, which is culled as a whole
 constexpr int tilesAcross = blockSide / tileSide;
 constexpr int tileCount = tilesAcross * tilesAcross;
+constexpr int directions = 6; // the sides of a hexagon
 
 // The picture of the ground spans 26.5 map units and runs on under all cells as one picture,
 // whatever their height: 2/53 and -1/53.
 constexpr float textureScale = 0.0377358f;
 constexpr float textureShift = -0.0188679f;
 
-// Index sections of a block, each laid out tile by tile. A flank that a neighbour as high or higher
-// hides goes to a section of its own: only a camera inside a prism or under the ground sees it.
-// The difficulty layer paints every face and draws from the base sections.
-enum Section {
-    faces,
-    hiddenFaces,
-    outlines,
-    walls,
-    lightFaces,
-    lightHidden,
-    smokeFaces,
-    smokeHidden,
-    protectionFaces,
-    protectionHidden,
-    sectionCount
+// Groups of a block's indices, one after another in its index buffer, each laid out tile by tile.
+// Flanks, outlines at the foot of a higher neighbour and upright corner lines go by the side they
+// face, when they face it as the other members of their group in the tile do; else to the group
+// that is always drawn.
+enum Group {
+    tops,
+    flanks,                               // + side
+    otherFlanks = flanks + directions,    // facing some other way
+    hiddenFlanks,                         // hidden by a neighbour as high
+    faceGroups,                           // the groups of faces end here
+    plainLines = faceGroups,              // outlines with nothing higher beyond
+    footLines,                            // + side: at the foot of a higher neighbour
+    cornerLines = footLines + directions, // + corner: upright between two flanks
+    walls = cornerLines + directions,
+    layerGroups, // the face groups again for each of the three sparse layers
+    groupCount = layerGroups + 3 * faceGroups
 };
-int facesOf(Layer layer) {
-    return layer == Layer::difficulty ? faces : lightFaces + 2 * static_cast<int>(layer);
+// The first group of a layer's faces; difficulty paints every face and uses the base groups.
+int firstGroupOf(Layer layer) {
+    return layer == Layer::difficulty ? tops : layerGroups + faceGroups * static_cast<int>(layer);
 }
 
 constexpr Layer layers[layerCount] = {Layer::light, Layer::smoke, Layer::protection, Layer::difficulty};
@@ -96,14 +108,45 @@ struct Box {
             for (int r = 0; r < 4; ++r)
                 clip[r] = m[r] * x + m[4 + r] * y + m[8 + r] * z + m[12 + r];
             float w = clip[3];
-            unsigned code = (clip[0] < -w) | (clip[0] > w) << 1 | (clip[1] < -w) << 2 | (clip[1] > w) << 3 |
-                            (clip[2] < -w) << 4 | (clip[2] > w) << 5;
+            unsigned code = unsigned(clip[0] < -w) | unsigned(clip[0] > w) << 1 |
+                            unsigned(clip[1] < -w) << 2 | unsigned(clip[1] > w) << 3 |
+                            unsigned(clip[2] < -w) << 4 | unsigned(clip[2] > w) << 5;
             all &= code;
             if (!all) return false;
         }
         return true;
     }
 };
+
+// A plane upright through the lines or flanks of a group, all of which lie on parallel planes: the
+// eye sees their front only from beyond the nearest of them. Normals are left unscaled: the sign of
+// a side is all that counts.
+struct Facing {
+    float nx = 0, ny = 0;
+    float nearest = std::numeric_limits<float>::max(); // the least n . p over the group's points
+    bool set = false;
+
+    // Takes the points of one member with its normal; false when the normal is not the group's.
+    bool take(float x, float y, const Vector3& a, const Vector3& b) {
+        if (!set) nx = x, ny = y, set = true;
+        if (x != nx || y != ny) return false;
+        nearest = std::min({nearest, nx * a.x + ny * a.y, nx * b.x + ny * b.y});
+        return true;
+    }
+    // Whether the eye may stand in front of some member; in doubt, yes.
+    bool front(float eyeX, float eyeY) const {
+        if (!set) return false;
+        float e = nx * eyeX + ny * eyeY;
+        return e > nearest - 1e-4f * (1 + std::fabs(e) + std::fabs(nearest));
+    }
+};
+
+// The outward normal of side i of a cell, in the map's plane.
+void outward(const Vector3* k, int n, int i, float& x, float& y) {
+    const Vector3 &a = k[i], &b = k[(i + 1) % n];
+    x = b.y - a.y;
+    y = a.x - b.x;
+}
 
 // The height at which another cell has the corner (x, y), or null when it has no such corner.
 const float* heightAt(const Cell& other, const Vector3& corner) {
@@ -191,11 +234,15 @@ struct MapMesh::Block {
     int column0 = 0, row0 = 0, columns = 0, rows = 0;
     GLuint vertices = 0, indices = 0, colours = 0; // buffer objects
     GLuint vertexCount = 0;
-    // Where each tile's indices start in each section; the last entry ends the section.
-    std::uint32_t starts[sectionCount][tileCount + 1] = {};
+    // Where each tile's indices start in each group; the last entry ends the group.
+    std::uint32_t starts[groupCount][tileCount + 1] = {};
     Box box;
     Box tileBoxes[tileCount];
-    Box hidingBoxes[tileCount]; // the prisms that hide the tile's hidden flanks
+    // The prisms of a tile's cells and of their neighbours: a camera near them may see inside one.
+    Box surroundings[tileCount];
+    Facing flankFacing[tileCount][directions];
+    Facing footFacing[tileCount][directions];
+    Facing cornerFacing[tileCount][directions][2]; // the planes of the two flanks at the corner
     std::size_t colourOffsets[layerCount] = {};
     unsigned layers = 0; // layers whose colours and faces are in the buffers
     std::size_t bytes = 0;
@@ -205,7 +252,7 @@ struct MapMesh::Block {
 // What a block's build gathers before it goes into the buffers.
 struct MapMesh::Builder {
     std::vector<Vector3> vertices;
-    std::vector<GLushort> sections[sectionCount];
+    std::vector<GLushort> groups[groupCount];
     std::vector<unsigned char> colours[layerCount];
     std::vector<GLuint> bottoms; // a cell's corners at z = 0, made when a flank or line needs them
 };
@@ -294,14 +341,14 @@ void MapMesh::lookAtFollowed() {
 
 void MapMesh::build(Block& block, unsigned wanted) {
     Builder b;
-    for (auto& section : block.starts)
-        section[0] = 0;
     auto indexOf = [&](const Cell* c) { return c - firstCell; };
     for (int t = 0; t < tileCount; ++t) {
         int tc = block.column0 + (t % tilesAcross) * tileSide, tr = block.row0 + (t / tilesAcross) * tileSide;
-        Box& tileBox = block.tileBoxes[t];
-        Box& hidingBox = block.hidingBoxes[t];
-        tileBox = hidingBox = Box();
+        block.tileBoxes[t] = block.surroundings[t] = Box();
+        for (int d = 0; d < directions; ++d) {
+            block.flankFacing[t][d] = block.footFacing[t][d] = Facing();
+            block.cornerFacing[t][d][0] = block.cornerFacing[t][d][1] = Facing();
+        }
         for (int r = tr; r < std::min(tr + tileSide, block.row0 + block.rows); ++r)
             for (int c = tc; c < std::min(tc + tileSide, block.column0 + block.columns); ++c) {
                 std::size_t index = std::size_t(r) * std::size_t(map.columns) + std::size_t(c);
@@ -319,14 +366,20 @@ void MapMesh::build(Block& block, unsigned wanted) {
                     return static_cast<GLushort>(b.bottoms[std::size_t(i)]);
                 };
                 auto top = [&](int i) { return static_cast<GLushort>(base + GLuint(i)); };
-                tileBox.add(cell);
-                std::size_t faceStart = b.sections[faces].size(),
-                            hiddenStart = b.sections[hiddenFaces].size();
+                auto put = [&](int group, std::initializer_list<GLushort> indices) {
+                    b.groups[group].insert(b.groups[group].end(), indices);
+                };
+                block.tileBoxes[t].add(cell);
+                block.surroundings[t].add(cell);
+                for (int i = 0; i < n; ++i)
+                    if (cell.neighbours[i]) block.surroundings[t].add(*cell.neighbours[i]);
+                std::size_t faceStarts[faceGroups];
+                for (int g = 0; g < faceGroups; ++g)
+                    faceStarts[g] = b.groups[g].size();
 
                 // The top, as the fan from the last corner to the first.
                 for (int j = 1; j + 1 < n; ++j)
-                    b.sections[faces].insert(b.sections[faces].end(),
-                                             {top(n - 1), top(n - 1 - j), top(n - 2 - j)});
+                    put(tops, {top(n - 1), top(n - 1 - j), top(n - 2 - j)});
                 // Each flank as the two triangles of its quad in the strip round the prism.
                 for (int i = 0; i < n; ++i) {
                     int j = (i + 1) % n;
@@ -334,22 +387,32 @@ void MapMesh::build(Block& block, unsigned wanted) {
                     const Cell* beyond = cell.neighbours[i];
                     const float *zi = beyond ? heightAt(*beyond, k[i]) : nullptr,
                                 *zj = beyond ? heightAt(*beyond, k[j]) : nullptr;
-                    bool hidden = zi && zj && holds(*zi, k[i].z) && holds(*zj, k[j].z);
-                    if (hidden) hidingBox.add(*beyond);
-                    b.sections[hidden ? hiddenFaces : faces].insert(
-                        b.sections[hidden ? hiddenFaces : faces].end(),
-                        {bottom(j), bottom(i), top(j), bottom(i), top(i), top(j)});
+                    int group = otherFlanks;
+                    float nx, ny;
+                    outward(k, n, i, nx, ny);
+                    if (zi && zj && holds(*zi, k[i].z) && holds(*zj, k[j].z))
+                        group = hiddenFlanks;
+                    else if (i < directions && block.flankFacing[t][i].take(nx, ny, k[i], k[j]))
+                        group = flanks + i;
+                    put(group, {bottom(j), bottom(i), top(j), bottom(i), top(i), top(j)});
                 }
                 // The outline, but for sides that a neighbour before this cell drew already at the
                 // same height.
                 for (int i = 0; i < n; ++i) {
                     int j = (i + 1) % n;
                     const Cell* beyond = cell.neighbours[i];
-                    if (beyond && indexOf(beyond) < std::ptrdiff_t(index)) {
-                        const float *zi = heightAt(*beyond, k[i]), *zj = heightAt(*beyond, k[j]);
-                        if (zi && zj && *zi == k[i].z && *zj == k[j].z) continue;
-                    }
-                    b.sections[outlines].insert(b.sections[outlines].end(), {top(i), top(j)});
+                    const float *zi = beyond ? heightAt(*beyond, k[i]) : nullptr,
+                                *zj = beyond ? heightAt(*beyond, k[j]) : nullptr;
+                    if (zi && zj && *zi == k[i].z && *zj == k[j].z && indexOf(beyond) < std::ptrdiff_t(index))
+                        continue;
+                    int group = plainLines;
+                    float nx, ny;
+                    outward(k, n, i, nx, ny);
+                    // At the foot of a higher neighbour, seen only from in front of its flank.
+                    if (zi && zj && *zi > k[i].z && *zj > k[j].z && k[i].z >= 0 && k[j].z >= 0 &&
+                        i < directions && block.footFacing[t][i].take(-nx, -ny, k[i], k[j]))
+                        group = footLines + i;
+                    put(group, {top(i), top(j)});
                 }
                 // The upright line at each corner, drawn by the one of the cells meeting there that
                 // stands highest (or lowest, under the ground), the first of equals.
@@ -363,26 +426,34 @@ void MapMesh::build(Block& block, unsigned wanted) {
                                    (*zo == z && indexOf(other) < std::ptrdiff_t(index))))
                             covered = true;
                     }
-                    if (!covered)
-                        b.sections[outlines].insert(b.sections[outlines].end(), {bottom(i), top(i)});
+                    if (covered) continue;
+                    // Seen only from in front of one of the two flanks that meet there.
+                    int group = plainLines;
+                    float ax, ay, bx, by;
+                    outward(k, n, (i + n - 1) % n, ax, ay);
+                    outward(k, n, i, bx, by);
+                    Facing(&planes)[2] = block.cornerFacing[t][i % directions];
+                    if (z > 0 && i < directions &&
+                        (!planes[0].set || (planes[0].nx == ax && planes[0].ny == ay)) &&
+                        (!planes[1].set || (planes[1].nx == bx && planes[1].ny == by))) {
+                        planes[0].take(ax, ay, k[i], k[i]);
+                        planes[1].take(bx, by, k[i], k[i]);
+                        group = cornerLines + i;
+                    }
+                    put(group, {bottom(i), top(i)});
                 }
                 for (int i = 0; i < n; ++i)
-                    if (cell.walls[i])
-                        b.sections[walls].insert(b.sections[walls].end(), {top(i), top((i + 1) % n)});
+                    if (cell.walls[i]) put(walls, {top(i), top((i + 1) % n)});
 
                 for (Layer layer : layers) {
                     if (!(wanted & bit(layer))) continue;
                     float rgba[4] = {0, 0, 0, 0};
                     bool painted = layerColour(cell, layer, rgba);
-                    int s = facesOf(layer);
-                    if (painted && s != faces) {
-                        auto& f = b.sections[faces];
-                        auto& h = b.sections[hiddenFaces];
-                        b.sections[s].insert(b.sections[s].end(), f.begin() + std::ptrdiff_t(faceStart),
-                                             f.end());
-                        b.sections[s + 1].insert(b.sections[s + 1].end(),
-                                                 h.begin() + std::ptrdiff_t(hiddenStart), h.end());
-                    }
+                    int first = firstGroupOf(layer);
+                    for (int g = 0; painted && first != tops && g < faceGroups; ++g)
+                        b.groups[first + g].insert(b.groups[first + g].end(),
+                                                   b.groups[g].begin() + std::ptrdiff_t(faceStarts[g]),
+                                                   b.groups[g].end());
                     const unsigned char rgba8[4] = {channel(rgba[0]), channel(rgba[1]), channel(rgba[2]),
                                                     channel(rgba[3])};
                     auto& colours = b.colours[static_cast<int>(layer)];
@@ -390,17 +461,18 @@ void MapMesh::build(Block& block, unsigned wanted) {
                         colours.insert(colours.end(), rgba8, rgba8 + 4);
                 }
             }
-        for (int s = 0; s < sectionCount; ++s)
-            block.starts[s][t + 1] = static_cast<std::uint32_t>(b.sections[s].size());
+        for (int g = 0; g < groupCount; ++g)
+            block.starts[g][t + 1] = static_cast<std::uint32_t>(b.groups[g].size());
     }
 
-    // One index buffer: the sections one after another.
+    // One index buffer: the groups one after another.
     std::vector<GLushort> all;
-    for (int s = 0; s < sectionCount; ++s) {
+    for (int g = 0; g < groupCount; ++g) {
         auto offset = static_cast<std::uint32_t>(all.size());
+        block.starts[g][0] = 0;
         for (int t = 0; t <= tileCount; ++t)
-            block.starts[s][t] += offset;
-        all.insert(all.end(), b.sections[s].begin(), b.sections[s].end());
+            block.starts[g][t] += offset;
+        all.insert(all.end(), b.groups[g].begin(), b.groups[g].end());
     }
     block.box = Box();
     for (const Box& tile : block.tileBoxes)
@@ -437,27 +509,59 @@ void MapMesh::build(Block& block, unsigned wanted) {
     block.dirty = false;
 }
 
-void MapMesh::drawSection(const InView& v, int section, unsigned mode, bool hidden) const {
+void MapMesh::face(InView& v, float eyeX, float eyeY, std::uint32_t inside) const {
     const Block& b = *v.block;
-    std::uint32_t tiles = hidden ? v.tiles & v.inside : v.tiles;
-    // Tiles in view that follow each other in the buffer go in one call.
-    std::uint32_t first = 0, end = 0;
-    auto flush = [&] {
-        if (end > first)
-            glDrawRangeElements(mode, 0, b.vertexCount - 1, GLsizei(end - first), GL_UNSIGNED_SHORT,
-                                reinterpret_cast<const void*>(std::uintptr_t(first) * sizeof(GLushort)));
-    };
+    v.groups.assign(groupCount, 0);
     for (int t = 0; t < tileCount; ++t) {
-        if (!(tiles >> t & 1)) continue;
-        std::uint32_t a = b.starts[section][t], z = b.starts[section][t + 1];
-        if (a == z) continue;
-        if (a != end) {
-            flush();
-            first = a;
+        std::uint32_t tile = 1u << t;
+        if (!(v.tiles & tile)) continue;
+        bool near = inside & tile;
+        v.groups[tops] |= tile;
+        v.groups[otherFlanks] |= tile;
+        v.groups[plainLines] |= tile;
+        v.groups[walls] |= tile;
+        if (near) v.groups[hiddenFlanks] |= tile;
+        for (int d = 0; d < directions; ++d) {
+            // The renderer culls a flank whose back the eye sees, near or not; the lines behind a
+            // prism hide only from an eye outside it.
+            if (b.flankFacing[t][d].front(eyeX, eyeY)) v.groups[flanks + d] |= tile;
+            if (near || b.footFacing[t][d].front(eyeX, eyeY)) v.groups[footLines + d] |= tile;
+            const Facing* corner = b.cornerFacing[t][d];
+            if (near || corner[0].front(eyeX, eyeY) || corner[1].front(eyeX, eyeY))
+                v.groups[cornerLines + d] |= tile;
         }
-        end = z;
     }
+    for (int l = 0; l < 3; ++l)
+        for (int g = 0; g < faceGroups; ++g)
+            v.groups[layerGroups + faceGroups * l + g] = v.groups[g];
+}
+
+void MapMesh::drawGroups(const InView& v, int first, int last, unsigned mode) const {
+    const Block& b = *v.block;
+    // Runs of indices that follow each other in the buffer go as one.
+    std::vector<GLsizei> counts;
+    std::vector<const void*> offsets;
+    std::uint32_t start = 0, end = 0;
+    auto flush = [&] {
+        if (end > start) {
+            counts.push_back(GLsizei(end - start));
+            offsets.push_back(reinterpret_cast<const void*>(std::uintptr_t(start) * sizeof(GLushort)));
+        }
+    };
+    for (int g = first; g < last; ++g)
+        for (int t = 0; t < tileCount; ++t) {
+            if (!(v.groups[std::size_t(g)] >> t & 1)) continue;
+            std::uint32_t a = b.starts[g][t], z = b.starts[g][t + 1];
+            if (a == z) continue;
+            if (a != end) {
+                flush();
+                start = a;
+            }
+            end = z;
+        }
     flush();
+    if (!counts.empty())
+        glMultiDrawElements(mode, counts.data(), GL_UNSIGNED_SHORT, offsets.data(), GLsizei(counts.size()));
 }
 
 void MapMesh::draw(unsigned texture) {
@@ -481,30 +585,34 @@ void MapMesh::draw(unsigned texture) {
                 m[c * 4 + r] += projection[i * 4 + r] * view[c * 4 + i];
         }
     // How far from the eye the near plane's corners reach: where that plane cuts a prism open, or
-    // dips under the ground, the inside of the prisms shows, and with it the flanks that
-    // neighbours hide from every camera outside.
+    // dips under the ground, the inside of the prisms shows.
     Vector3 eye = camera.position();
     float reach =
         1.01f * camera.nearPlane *
             std::sqrt(1 + camera.halfWidth * camera.halfWidth + camera.halfHeight * camera.halfHeight) +
         0.01f;
     bool underground = eye.z < reach;
-    inView.clear();
+    std::size_t count = 0;
     for (Block& b : blocks) {
         if (b.box.outside(m)) continue;
-        InView v{&b, 0, 0};
+        std::uint32_t tiles = 0, inside = 0;
         for (int t = 0; t < tileCount; ++t) {
             if (b.tileBoxes[t].outside(m)) continue;
-            v.tiles |= 1u << t;
-            const Box& hiding = b.hidingBoxes[t];
-            if (!hiding.empty() && (underground || hiding.within(eye, reach))) v.inside |= 1u << t;
+            tiles |= 1u << t;
+            if (underground || b.surroundings[t].within(eye, reach)) inside |= 1u << t;
         }
-        if (!v.tiles) continue;
+        if (!tiles) continue;
         // A layer switched on since the block was built.
         if (wanted & ~b.layers) build(b, wanted);
-        inView.push_back(v);
+        if (inView.size() <= count) inView.emplace_back();
+        InView& v = inView[count++];
+        v.block = &b;
+        v.tiles = tiles;
+        face(v, eye.x, eye.y, inside);
     }
+    inView.resize(count);
 
+    GLboolean blending = glIsEnabled(GL_BLEND);
     glEnableClientState(GL_VERTEX_ARRAY);
     auto bind = [](const Block& b) {
         glBindBuffer(GL_ARRAY_BUFFER, b.vertices);
@@ -513,6 +621,14 @@ void MapMesh::draw(unsigned texture) {
     };
 
     // The ground: texture coordinates are the map's own x and y, the faces a little behind the lines.
+    // Blending changes nothing where the picture has no alpha, and costs the renderer a read.
+    glBindTexture(GL_TEXTURE_2D, texture);
+    GLint alphaBits = 0;
+    if (texture) glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_ALPHA_SIZE, &alphaBits);
+    if (alphaBits)
+        glEnable(GL_BLEND);
+    else
+        glDisable(GL_BLEND);
     glEnable(GL_POLYGON_OFFSET_FILL);
     glPolygonOffset(1, 0.5f);
     glMatrixMode(GL_TEXTURE);
@@ -520,15 +636,13 @@ void MapMesh::draw(unsigned texture) {
     glTranslatef(0, textureShift, 0);
     glScalef(textureScale, textureScale, 1);
     glMatrixMode(GL_MODELVIEW);
-    glBindTexture(GL_TEXTURE_2D, texture);
     glEnable(GL_TEXTURE_2D);
     glColor4f(1, 1, 1, 1);
     glEnableClientState(GL_TEXTURE_COORD_ARRAY);
     for (const InView& v : inView) {
         bind(*v.block);
         glTexCoordPointer(2, GL_FLOAT, sizeof(Vector3), nullptr);
-        drawSection(v, faces, GL_TRIANGLES, false);
-        drawSection(v, hiddenFaces, GL_TRIANGLES, true);
+        drawGroups(v, tops, faceGroups, GL_TRIANGLES);
     }
     glDisableClientState(GL_TEXTURE_COORD_ARRAY);
     glDisable(GL_TEXTURE_2D);
@@ -537,11 +651,13 @@ void MapMesh::draw(unsigned texture) {
     glMatrixMode(GL_MODELVIEW);
     glDisable(GL_POLYGON_OFFSET_FILL);
 
+    // Lines are opaque.
+    glDisable(GL_BLEND);
     glLineWidth(1);
     glColor4f(0, 0, 0, 1);
     for (const InView& v : inView) {
         bind(*v.block);
-        drawSection(v, outlines, GL_LINES, false);
+        drawGroups(v, plainLines, walls, GL_LINES);
     }
     // Equal depths pass, so that a wall shows over the outline along its side.
     glDepthFunc(GL_LEQUAL);
@@ -549,31 +665,35 @@ void MapMesh::draw(unsigned texture) {
         glColor4f(1, 0, 0, 1);
         for (const InView& v : inView) {
             bind(*v.block);
-            drawSection(v, walls, GL_LINES, false);
+            drawGroups(v, walls, walls + 1, GL_LINES);
         }
     }
     // Each layer repaints the faces over what the passes before left there: untextured, or white
     // smoke and black darkness would vanish into the ground's colours, and at the depth of the base
     // pass, which only the equal test lets through.
     if (wanted) {
+        glEnable(GL_BLEND);
         glEnable(GL_POLYGON_OFFSET_FILL);
         glEnableClientState(GL_COLOR_ARRAY);
         for (Layer layer : layers) {
             if (!(wanted & bit(layer))) continue;
-            int s = facesOf(layer);
+            int first = firstGroupOf(layer);
             for (const InView& v : inView) {
                 bind(*v.block);
                 glBindBuffer(GL_ARRAY_BUFFER, v.block->colours);
                 glColorPointer(
                     4, GL_UNSIGNED_BYTE, 0,
                     reinterpret_cast<const void*>(v.block->colourOffsets[static_cast<int>(layer)]));
-                drawSection(v, s, GL_TRIANGLES, false);
-                drawSection(v, s + 1, GL_TRIANGLES, true);
+                drawGroups(v, first, first + faceGroups, GL_TRIANGLES);
             }
         }
         glDisableClientState(GL_COLOR_ARRAY);
         glDisable(GL_POLYGON_OFFSET_FILL);
     }
+    if (blending)
+        glEnable(GL_BLEND);
+    else
+        glDisable(GL_BLEND);
     glDepthFunc(GL_LESS);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
@@ -594,7 +714,9 @@ void MapMesh::forEachCellInView(const std::function<void(Cell*)>& visit) const {
 }
 
 std::size_t MapMesh::bytes() const {
-    std::size_t total = sizeof *this + blocks.capacity() * sizeof(Block) + inView.capacity() * sizeof(InView);
+    std::size_t total = sizeof *this + blocks.capacity() * sizeof(Block);
+    for (const InView& v : inView)
+        total += sizeof v + v.groups.capacity() * sizeof(std::uint32_t);
     for (const Block& b : blocks)
         total += b.bytes;
     for (const Followed& f : followed)

@@ -47,10 +47,12 @@ class MapMesh {
   private:
     struct Block;
     struct Builder;
+    // A block in view, with a mask of tiles for each group of its geometry: the tiles in which the
+    // group may show from where the camera stands.
     struct InView {
         Block* block;
-        std::uint32_t tiles;  // one bit a tile in view
-        std::uint32_t inside; // tiles whose hidden flanks the camera may see
+        std::uint32_t tiles; // one bit a tile in view
+        std::vector<std::uint32_t> groups;
     };
     struct Followed {
         Cell* cell;
@@ -62,7 +64,10 @@ class MapMesh {
     void build(Block& block, unsigned layers);
     void lookAtFollowed();
     int blockIndexOf(int column, int row) const;
-    void drawSection(const InView& v, int section, unsigned mode, bool hidden) const;
+    // The masks of the groups of a block in view, for the camera's eye.
+    void face(InView& v, float eyeX, float eyeY, std::uint32_t inside) const;
+    // The groups from first to last (excluded) of a block in view, in one call.
+    void drawGroups(const InView& v, int first, int last, unsigned mode) const;
 
     Map& map;
     std::vector<Block> blocks;

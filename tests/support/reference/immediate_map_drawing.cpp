@@ -4,9 +4,6 @@
 
 #include <GL/gl.h>
 
-#include "rules/character.h"
-#include "rules/faction.h"
-
 namespace {
 // The picture of the ground spans 26.5 map units and runs on under all cells as one picture,
 // whatever their height: 2/53 and -1/53.
@@ -107,73 +104,19 @@ void drawCell(const Cell* cell) {
         float m = t > 1 - t ? t : 1 - t;
         drawLayer(cell, t / m, (1 - t) / m, 0, 0.5f);
     }
-    if (Character* occupant = cell->occupant) {
-        const Faction* f = occupant->faction;
-        if (f)
-            glColor3f(f->colour[0], f->colour[1], f->colour[2]);
-        else
-            glColor3f(0, 0, 0);
-        const Vector3& c = cell->centre;
-        glBegin(GL_QUADS);
-        glVertex3f(c.x + 0.3f, c.y + 0.35f, c.z);
-        glVertex3f(c.x + 0.3f, c.y - 0.35f, c.z);
-        glVertex3f(c.x - 0.3f, c.y - 0.35f, c.z);
-        glVertex3f(c.x - 0.3f, c.y + 0.35f, c.z);
-        glEnd();
-        glColor3f(0, 0, 0);
-    }
+    Map::drawMark(cell);
 }
 
-void drawPathLine(const Map& map) {
-    glLineWidth(3);
-    glBegin(GL_LINE_STRIP);
-    for (const auto* path : {&map.committedPath, &map.pendingPath})
-        for (const PathStep& s : *path) {
-            glColor4f(s.red, s.green, s.blue, 0.75f);
-            glVertex3f(s.cell->centre.x, s.cell->centre.y, s.cell->centre.z);
-        }
-    glEnd();
-    glLineWidth(1);
-}
 } // namespace
 
 void drawMapImmediately(Map& map) {
-    glPushAttrib(GL_DEPTH_BUFFER_BIT | GL_POLYGON_BIT | GL_LINE_BIT | GL_TEXTURE_BIT | GL_CURRENT_BIT);
-    glViewport(static_cast<int>(map.viewLeft), static_cast<int>(768 - map.viewHeight - map.viewTop),
-               static_cast<int>(map.viewWidth), static_cast<int>(map.viewHeight));
-    glMatrixMode(GL_PROJECTION);
-    glPushMatrix();
-    map.camera.setFrustum(map.viewWidth / 2000, -map.viewHeight / 2000, 1, 1000);
-    glMatrixMode(GL_MODELVIEW);
-    glPushMatrix();
-    map.camera.applyView();
-
-    glEnable(GL_DEPTH_TEST);
-    glDepthFunc(GL_LESS);
+    map.beginView();
     glDisable(GL_TEXTURE_2D);
     glBindTexture(GL_TEXTURE_2D, map.texture);
     for (Cell* cell : map.cells)
         drawCell(cell);
-    if (map.pendingLength != 0 && map.showPath) drawPathLine(map);
-
-    glDisable(GL_DEPTH_TEST);
-    glLoadIdentity();
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    glColor4f(0, 0, 0, 1);
-    glBegin(GL_LINE_LOOP);
-    glVertex2f(-1, -1);
-    glVertex2f(-1, 1);
-    glVertex2f(1, 1);
-    glVertex2f(1, -1);
-    glEnd();
-
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
-    glPopMatrix();
-    glPopAttrib();
-    glDisable(GL_TEXTURE_2D);
-    glViewport(0, 0, 1024, 768);
+    if (map.pendingLength != 0 && map.showPath) map.drawPathLine();
+    map.endView();
 }
 
 ImmediateMapView::ImmediateMapView(Window* parent, Map& map)
