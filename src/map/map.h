@@ -52,7 +52,12 @@ class Map : public Window {
     void onButtonDown(int button) override;
     // Right shift lays the proposed way down; otherwise a click on the hovered cell is reported.
     void onLeftClick() override;
+    // Opens the sheet of the hovered cell's occupant (one more each time) or the free cell's editor,
+    // and resets a way that was laid down.
     void onRightClick() override;
+    // A character's list entry puts the character on the hovered cell. The drop counts as refused,
+    // so that the entry stays in its list.
+    bool acceptsDrop(Window* dragged) override;
 
     virtual void reservedHook();
     // Where the ray through a pixel meets the plane z = planeZ.

@@ -1,5 +1,9 @@
-// What the pointer does on the map: hovering a cell, clicking it, laying a way down, and the two
-// camera gestures, panning with the right button and turning with the third.
+// What the pointer does on the map: hovering a cell, clicking it, laying a way down, opening the
+// sheet or the editor of a cell, taking a dropped character, and the two camera gestures, panning
+// with the right button and turning with the third.
+#include "editors/character_sheet.h"
+#include "editors/list_entry.h"
+#include "map/cell_editor.h"
 #include "map/map.h"
 #include "platform/glfw2.h"
 #include "toolkit/balloon.h"
@@ -71,5 +75,21 @@ void Map::onLeftClick() {
 }
 
 void Map::onRightClick() {
+    // The windows open at the root, over everything.
+    Window* root = this;
+    while (root->parent)
+        root = root->parent;
+    if (hovered && hovered->occupant) new EditWindow<Character>(root, hovered->occupant);
+    // The map draws from the cell's fields, which the editor writes without a word: it follows the cell.
+    if (hovered && !hovered->occupant && openCellEditor(root, hovered)) followCell(hovered);
     if (!committedPath.empty()) pathResetHandler(this);
+}
+
+bool Map::acceptsDrop(Window* dragged) {
+    auto* entry = dynamic_cast<ListEntry<Character>*>(dragged);
+    if (entry && entry->item && hovered) {
+        placeCharacter(entry->item, hovered);
+        dropHandler(this);
+    }
+    return false;
 }

@@ -88,7 +88,7 @@ class UiTest : public ::testing::Test {
     static int toPixelX(float lx);
     static int toPixelY(float ly);
 
-    Root* root = nullptr;
+    Window* root = nullptr; // a Root, or a test's own application object
 };
 
 // The campaign directory of the build, where the font lies; UI tests start in it.

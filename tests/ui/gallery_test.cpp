@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/glfw2.h"
-#include "shell/gallery.h"
+#include "support/gallery.h"
 #include "support/ui_driver.h"
 #include "toolkit/balloon.h"
 #include "toolkit/font.h"

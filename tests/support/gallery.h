@@ -1,5 +1,5 @@
 // The toolkit gallery: one dialogue that holds every widget, wired so that each can be tried with
-// the mouse and the keyboard. The program shows it until the dock and the combat panel exist.
+// the mouse and the keyboard in one pass of a test.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
 // The toolkit gallery: layout and the handlers that make each widget do something visible.
-#include "shell/gallery.h"
+#include "support/gallery.h"
 
 #include "toolkit/balloon.h"
 #include "toolkit/message_box.h"
