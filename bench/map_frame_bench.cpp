@@ -1,11 +1,19 @@
-// One frame of the map on a 128 x 128 grid, drawn through the real frame loop in a window of the
-// scripted backend (run it under Xvfb). The CPU time is the main thread's: the immediate-mode
-// calls; a software renderer's own threads are not counted in it.
+// Frames of the map through the real frame loop in a window of the scripted backend (run it under
+// Xvfb): the map's kept geometry against its first, immediate drawing, on the sample map and on
+// generated maps of 128, 256 and 512 cells a side. The wall time of a frame stops after glFinish;
+// the CPU time is the main thread's, so a software renderer's own threads are not counted in it.
+#include <GL/gl.h>
 #include <benchmark/benchmark.h>
+#include <sys/resource.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <string>
 
 #include "map/hex_map.h"
 #include "platform/glfw2.h"
+#include "support/reference/immediate_map_drawing.h"
 #include "toolkit/frame_step.h"
 #include "toolkit/graphics.h"
 
@@ -28,40 +36,119 @@ bool openWindow() {
     return opened;
 }
 
-void frames(benchmark::State& state, bool wholeMapInView, bool layers) {
+void showLayers(bool on) {
+    showWalls = showLight = showSmoke = showProtection = showDifficulty = on;
+}
+
+// Heights, walls and every layer's values changing from cell to cell, so that flanks show and each
+// layer paints most cells.
+void fill(Map& m) {
+    for (std::size_t i = 0; i < m.cells.size(); ++i) {
+        Cell* c = m.cells[i];
+        c->setHeight(float(i % 5) * 0.3f);
+        c->difficulty = static_cast<int>(i % 31);
+        c->light.dice = static_cast<int>(i % 3);
+        c->cover.dice = static_cast<int>(i / 7 % 3);
+        c->protect.dice = static_cast<int>(i / 13 % 2);
+        c->walls[i % 6] = true;
+    }
+}
+
+// CPU time of the whole process, the renderer's threads included, in milliseconds.
+double processCpuMs() {
+    rusage u{};
+    getrusage(RUSAGE_SELF, &u);
+    return (u.ru_utime.tv_sec + u.ru_stime.tv_sec) * 1e3 + (u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e3;
+}
+
+enum class View { start, whole, tour };
+
+// Cameras that the gestures reach over the sample map: high and low, straight down, tilted, turned,
+// grazing, and past the horizontal under the ground.
+void tourStop(Camera& camera, int stop) {
+    static const float heights[] = {3, 8, 20, 45};
+    static const float tilts[] = {0, 35, 70, 88, 130};
+    static const float turns[] = {0, 120, 250};
+    Vector3 pivots[] = {{15, 15, 0}, {21, 12, 0}, {6, 26, 0}};
+    Vector3 pivot = pivots[stop % 3];
+    camera = Camera();
+    camera.placeAt({pivot.x, pivot.y, heights[stop / 3 % 4]});
+    camera.rotateAround(turns[stop / 12 % 3], 0, 0, 1, true, &pivot);
+    camera.rotateAround(tilts[stop / 36 % 5], 1, 0, 0, false, &pivot);
+}
+constexpr int tourStops = 3 * 4 * 3 * 5;
+
+void frames(benchmark::State& state, bool immediate, int size, View view, bool layers) {
     if (!openWindow()) {
         state.SkipWithError("no window: run under xvfb-run");
         return;
     }
     Root root;
-    HexMap* map = new HexMap(&root, 128, 128);
+    Map* map = size ? new HexMap(&root, size, size) : loadMap(&root);
+    if (!map) {
+        state.SkipWithError("no sample map: build the campaign target");
+        return;
+    }
     map->setArea(20.99609375f, 3, 78.90625f, 97.00521f);
     map->texture = loadTexture("back.dds");
-    for (std::size_t i = 0; i < map->cells.size(); ++i) {
-        Cell* c = map->cells[i];
-        c->setHeight(float(i % 5) * 0.3f);
-        c->difficulty = static_cast<int>(i % 31);
-        c->light.dice = static_cast<int>(i % 3);
-        c->walls[i % 6] = true;
+    if (size) fill(*map);
+    if (view == View::whole) {
+        // High enough for all rows in view; the columns take less room.
+        float rows = static_cast<float>(map->rows);
+        map->camera.placeAt(
+            {0.375f * static_cast<float>(map->columns) + 0.25f, rows / 2 + 0.25f, 1.35f * rows + 2});
     }
-    if (wholeMapInView) map->camera.placeAt({48, 64, 140});
-    showWalls = showLight = showDifficulty = layers;
-    for (auto _ : state)
+    showLayers(layers);
+    if (immediate) new ImmediateMapView(&root, *map);
+    // The first frame builds what the map keeps.
+    auto t0 = std::chrono::steady_clock::now();
+    frameStep(&root);
+    glFinish();
+    double firstMs = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - t0).count();
+    double worstMs = 0, cpuBefore = processCpuMs();
+    int stop = 0;
+    for (auto _ : state) {
+        if (view == View::tour) tourStop(map->camera, stop++ % tourStops);
+        auto start = std::chrono::steady_clock::now();
         frameStep(&root);
-    showWalls = showLight = showDifficulty = false;
+        glFinish();
+        worstMs = std::max(
+            worstMs,
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
+    }
+    showLayers(false);
+    state.counters["all_threads_ms"] =
+        (processCpuMs() - cpuBefore) /
+        static_cast<double>(std::max<benchmark::IterationCount>(state.iterations(), 1));
+    state.counters["first_ms"] = firstMs;
+    state.counters["worst_ms"] = worstMs;
+    state.counters["cache_MB"] = static_cast<double>(map->geometryBytes()) / 1e6;
 }
 
-void BM_MapFrameStartCamera(benchmark::State& state) {
-    frames(state, false, false);
-}
-void BM_MapFrameWholeMap(benchmark::State& state) {
-    frames(state, true, false);
-}
-void BM_MapFrameWholeMapThreeLayers(benchmark::State& state) {
-    frames(state, true, true);
-}
+struct Case {
+    const char* name;
+    int size; // 0: the sample map
+    View view;
+    bool layers;
+};
+constexpr Case cases[] = {
+    {"sample/start", 0, View::start, false},         {"sample/whole/all_layers", 0, View::whole, true},
+    {"sample/tour/all_layers", 0, View::tour, true}, {"128/start", 128, View::start, false},
+    {"128/whole", 128, View::whole, false},          {"128/whole/all_layers", 128, View::whole, true},
+    {"256/start", 256, View::start, false},          {"256/whole/all_layers", 256, View::whole, true},
+    {"512/start", 512, View::start, false},          {"512/whole/all_layers", 512, View::whole, true},
+};
+
+const bool registered = [] {
+    for (const Case& c : cases)
+        for (bool immediate : {true, false}) {
+            std::string name = std::string("map/") + c.name + (immediate ? "/immediate" : "/kept");
+            auto* b = benchmark::RegisterBenchmark(name.c_str(), frames, immediate, c.size, c.view, c.layers);
+            b->Unit(benchmark::kMillisecond);
+            // The immediate drawing of the large maps takes seconds a frame.
+            if (immediate && c.size >= 256) b->Iterations(c.layers ? 1 : 3);
+            if (c.view == View::tour) b->Iterations(tourStops);
+        }
+    return true;
+}();
 } // namespace
-
-BENCHMARK(BM_MapFrameStartCamera)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_MapFrameWholeMap)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_MapFrameWholeMapThreeLayers)->Unit(benchmark::kMillisecond);

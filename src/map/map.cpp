@@ -1,6 +1,8 @@
 // Map: construction, the grid's storage, the view rectangle, the layer flags and placing characters.
 #include "map/map.h"
 
+#include "map/map_mesh.h"
+
 #include "rules/character.h"
 #include "toolkit/input_state.h"
 
@@ -26,9 +28,23 @@ void Map::makeCells(int columnCount, int rowCount) {
 
 void Map::reservedHook() {}
 
-// Every frame draws every cell from its fields as they stand, so a change shows by itself.
-void Map::cellChanged(Cell*) {}
-void Map::followCell(Cell*) {}
+MapMesh& Map::meshOf() {
+    if (!mesh) mesh = std::make_unique<MapMesh>(*this);
+    return *mesh;
+}
+
+void Map::cellChanged(Cell* cell) {
+    // Before the first draw there is nothing kept to bring up to date.
+    if (mesh) mesh->cellChanged(cell);
+}
+
+void Map::followCell(Cell* cell) {
+    meshOf().followCell(cell);
+}
+
+std::size_t Map::geometryBytes() const {
+    return mesh ? mesh->bytes() : 0;
+}
 
 void Map::setArea(float ax, float ay, float w, float h) {
     setPosition(ax, ay);

@@ -15,6 +15,7 @@
 #include "toolkit/window.h"
 
 class Character;
+class MapMesh;
 
 // One entry of a way: the cell, and the colour of the path line there.
 struct PathStep {
@@ -84,15 +85,25 @@ class Map : public Window {
     void clearPendingPath();
     void clearCommittedPath();
 
-    // A cell's terrain, walls or height changed: the next frame shows it.
+    // A cell's terrain, walls or height changed: the next frame shows it. The map keeps the geometry
+    // of its cells from frame to frame, so a change that is not announced does not show.
     void cellChanged(Cell* cell);
     // A cell is being edited by a window that writes its fields directly, without telling anyone:
-    // while the cell has observers, the map looks at it each frame and shows what changed.
+    // while the cell has observers, the map looks at it each frame and shows what changed; when it
+    // has none any more, the map forgets it after a last look.
     void followCell(Cell* cell);
+    // Bytes that the kept geometry of the cells takes.
+    std::size_t geometryBytes() const;
 
-    void drawCell(const Cell* cell);
-    void drawPrism(const Cell* cell);
-    void drawWalls(const Cell* cell);
+    // The draw in steps, for a drawing of the cells from elsewhere (the golden pictures' reference):
+    // beginView takes the OpenGL state over, with the lens, the camera and the depth test; endView
+    // draws the frame round the view and gives the state back.
+    void beginView();
+    void endView();
+    // The occupant's mark on its cell, if it has one.
+    static void drawMark(const Cell* cell);
+    // Through the laid-down way and the proposed one, in the colours of their speeds.
+    void drawPathLine();
 
     Camera camera;
     int columns = 0, rows = 0;
@@ -125,16 +136,14 @@ class Map : public Window {
 
   private:
     void moveByKeys();
-    // The faces of a cell's prism, top and flank, without the outline.
-    void drawFaces(const Cell* cell, bool textured);
-    void drawLayer(const Cell* cell, float red, float green, float blue, float alpha);
-    void drawPathLine();
+    MapMesh& meshOf();
     void pan(int dx, int dy, bool overCell);
     void turn(int dx, int dy, bool overCell);
     // u and v of a pixel: -1 at the view's left and top edges, 1 at the right and bottom.
     void viewCoordinates(float px, float py, float& u, float& v) const;
 
     std::unique_ptr<Cell[]> cellBlock;
+    std::unique_ptr<MapMesh> mesh; // made at the first draw or the first cell followed
 };
 
 // 0 without a first cell; else the distance between the centres, height included.

@@ -1,20 +1,16 @@
-// Map display: the camera's keys, the cells as textured prisms on the plane z = 0, the terrain
-// layers, the occupants' marks, the path line and the frame. The map's draw takes the OpenGL state
+// Map display: the camera's keys, the lens and view, the cells (kept as geometry by MapMesh), the
+// occupants' marks, the path line and the frame. The map's draw takes the OpenGL state
 // over for one call and gives back what it changed, since the 2D toolkit draws right after it.
 #include <GL/gl.h>
 
 #include "map/map.h"
+#include "map/map_mesh.h"
 #include "platform/glfw2.h"
 #include "rules/character.h"
 #include "rules/faction.h"
 #include "toolkit/input_state.h"
 
 namespace {
-// The picture of the ground spans 26.5 map units and runs on under all cells as one picture,
-// whatever their height: 2/53 and -1/53.
-constexpr float textureScale = 0.0377358f;
-constexpr float textureShift = -0.0188679f;
-
 struct KeyStep {
     int key;
     float x, y, z;
@@ -35,8 +31,17 @@ void Map::moveByKeys() {
 
 void Map::draw(float) {
     if (focusWindow == this) moveByKeys();
+    beginView();
+    meshOf().draw(texture);
+    // Marks are few enough to go one by one.
+    mesh->forEachCellInView(drawMark);
+    if (pendingLength != 0 && showPath) drawPathLine();
+    endView();
+}
+
+void Map::beginView() {
     // Depth function, polygon offset, line width, texture binding and current colour come back
-    // as they were; matrices are pushed and popped; the rest is set back by hand below.
+    // as they were; matrices are pushed and popped; the rest is set back by hand in endView.
     glPushAttrib(GL_DEPTH_BUFFER_BIT | GL_POLYGON_BIT | GL_LINE_BIT | GL_TEXTURE_BIT | GL_CURRENT_BIT);
     glViewport(static_cast<int>(viewLeft), static_cast<int>(768 - viewHeight - viewTop),
                static_cast<int>(viewWidth), static_cast<int>(viewHeight));
@@ -47,16 +52,11 @@ void Map::draw(float) {
     glMatrixMode(GL_MODELVIEW);
     glPushMatrix();
     camera.applyView();
-
-    // Only the ground is textured: lines, layers, marks and the path show their own colours.
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LESS);
-    glDisable(GL_TEXTURE_2D);
-    glBindTexture(GL_TEXTURE_2D, texture);
-    for (Cell* cell : cells)
-        drawCell(cell);
-    if (pendingLength != 0 && showPath) drawPathLine();
+}
 
+void Map::endView() {
     glDisable(GL_DEPTH_TEST);
     glLoadIdentity();
     glMatrixMode(GL_PROJECTION);
@@ -77,115 +77,24 @@ void Map::draw(float) {
     glViewport(0, 0, 1024, 768);
 }
 
-void Map::drawCell(const Cell* cell) {
-    if (showWalls) {
-        // Ahead of the prism: the depth test then keeps the red over the black outline. Equal depths
-        // pass, so that a wall also shows over the outline of a neighbour drawn before this cell.
-        glDepthFunc(GL_LEQUAL);
-        glColor4f(1, 0, 0, 1);
-        glLineWidth(1);
-        drawWalls(cell);
-        glDepthFunc(GL_LESS);
-    }
-    glColor4f(1, 1, 1, 1);
-    drawPrism(cell);
-    // Each layer repaints the faces over what the passes before left there.
-    if (showLight && cell->light) drawLayer(cell, 0, 0, 0, cell->light.dice * 0.15f);
-    if (showSmoke && cell->cover) drawLayer(cell, 1, 1, 1, cell->cover.dice * 0.15f);
-    if (showProtection && cell->protect) drawLayer(cell, 0, 1, 0, cell->protect.dice * 0.15f);
-    if (showDifficulty) {
-        // Difficulty 1 is pure green, 16 pure yellow, 31 pure red.
-        float t = (static_cast<float>(cell->difficulty) - 1) / 30;
-        float m = t > 1 - t ? t : 1 - t;
-        drawLayer(cell, t / m, (1 - t) / m, 0, 0.5f);
-    }
-    if (Character* occupant = cell->occupant) {
-        const Faction* f = occupant->faction;
-        if (f)
-            glColor3f(f->colour[0], f->colour[1], f->colour[2]);
-        else
-            glColor3f(0, 0, 0);
-        const Vector3& c = cell->centre;
-        glBegin(GL_QUADS);
-        glVertex3f(c.x + 0.3f, c.y + 0.35f, c.z);
-        glVertex3f(c.x + 0.3f, c.y - 0.35f, c.z);
-        glVertex3f(c.x - 0.3f, c.y - 0.35f, c.z);
-        glVertex3f(c.x - 0.3f, c.y + 0.35f, c.z);
-        glEnd();
+void Map::drawMark(const Cell* cell) {
+    // Flat on the cell, in the colour of the occupant's faction, black without one. The colour is
+    // set ahead of the quad, where the renderer takes it as it is rather than shading it across.
+    const Character* occupant = cell->occupant;
+    if (!occupant) return;
+    const Faction* f = occupant->faction;
+    if (f)
+        glColor3f(f->colour[0], f->colour[1], f->colour[2]);
+    else
         glColor3f(0, 0, 0);
-    }
-}
-
-void Map::drawWalls(const Cell* cell) {
-    glBegin(GL_LINES);
-    for (int i = 0; i < cell->sides; ++i) {
-        if (!cell->walls[i]) continue;
-        const Vector3 &a = cell->corners[i], &b = cell->corners[(i + 1) % cell->sides];
-        glVertex3f(a.x, a.y, a.z);
-        glVertex3f(b.x, b.y, b.z);
-    }
+    const Vector3& c = cell->centre;
+    glBegin(GL_QUADS);
+    glVertex3f(c.x + 0.3f, c.y + 0.35f, c.z);
+    glVertex3f(c.x + 0.3f, c.y - 0.35f, c.z);
+    glVertex3f(c.x - 0.3f, c.y - 0.35f, c.z);
+    glVertex3f(c.x - 0.3f, c.y + 0.35f, c.z);
     glEnd();
-}
-
-void Map::drawFaces(const Cell* cell, bool textured) {
-    // The faces lie a little behind the lines.
-    glEnable(GL_POLYGON_OFFSET_FILL);
-    glPolygonOffset(1, 0.5f);
-    if (textured) glEnable(GL_TEXTURE_2D);
-    int n = cell->sides;
-    const Vector3* k = cell->corners.get();
-    // Top: from the last corner to the first, the winding that the culling keeps under the
-    // flipped projection. Texture coordinates are the map's own x and y.
-    glBegin(GL_TRIANGLE_FAN);
-    for (int i = n - 1; i >= 0; --i) {
-        glTexCoord2f(k[i].x, k[i].y);
-        glVertex3f(k[i].x, k[i].y, k[i].z);
-    }
-    glEnd();
-    // Flank, down to the plane z = 0 on which every prism stands.
-    glBegin(GL_QUAD_STRIP);
-    for (int j = 0; j <= n; ++j) {
-        const Vector3& c = k[j % n];
-        glTexCoord2f(c.x, c.y);
-        glVertex3f(c.x, c.y, 0);
-        glVertex3f(c.x, c.y, c.z);
-    }
-    glEnd();
-    if (textured) glDisable(GL_TEXTURE_2D);
-    glDisable(GL_POLYGON_OFFSET_FILL);
-}
-
-void Map::drawPrism(const Cell* cell) {
-    glMatrixMode(GL_TEXTURE);
-    glPushMatrix();
-    glTranslatef(0, textureShift, 0);
-    glScalef(textureScale, textureScale, 1);
-    drawFaces(cell, true);
     glColor3f(0, 0, 0);
-    int n = cell->sides;
-    const Vector3* k = cell->corners.get();
-    glBegin(GL_LINE_LOOP);
-    for (int i = 0; i < n; ++i)
-        glVertex3f(k[i].x, k[i].y, k[i].z);
-    glEnd();
-    glBegin(GL_LINES);
-    for (int i = 0; i < n; ++i) {
-        glVertex3f(k[i].x, k[i].y, 0);
-        glVertex3f(k[i].x, k[i].y, k[i].z);
-    }
-    glEnd();
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
-}
-
-void Map::drawLayer(const Cell* cell, float red, float green, float blue, float alpha) {
-    // The faces have the depth of the base pass, which a plain less-than test would refuse, and
-    // they go untextured, or white smoke and black darkness would vanish into the ground's colours.
-    // An alpha above 1 counts as 1.
-    glDepthFunc(GL_LEQUAL);
-    glColor4f(red, green, blue, alpha);
-    drawFaces(cell, false);
-    glDepthFunc(GL_LESS);
 }
 
 void Map::drawPathLine() {

@@ -99,6 +99,23 @@ TEST_F(CellEditing, AWallToggledInTheEditorTurnsTheNextWayAside) {
     EXPECT_EQ(map->pendingPath.back().cell, target) << "round the wall";
 }
 
+// The editor writes the cell's fields without a word to anyone; the map, which follows the cell while
+// its editor is open, shows each change at the next frame.
+TEST_F(CellEditing, WhatTheEditorWritesShowsOnTheMapAtTheNextFrame) {
+    showLight = showWalls = true;
+    Cell* c = cell(6, 3);
+    Vector3 north = 0.5f * (c->corners[0] + c->corners[1]);
+    rightClickAt(c); // the editor opens below the cell
+    auto* editor = open<EditWindow<Cell>>().at(0);
+    ASSERT_TRUE(shows(c->centre, {255, 255, 255}));
+    clickOn(editor->children.at(1)); // the light
+    type("7");
+    EXPECT_TRUE(shows(c->centre, {0, 0, 0}));
+    ASSERT_EQ(countAround(north, 4, isRed), 0);
+    clickOn(editor->wallSwitches[0]);
+    EXPECT_GT(countAround(north, 4, isRed), 4);
+}
+
 TEST_F(CellEditing, ACharacterDroppedOnTheMapStandsOnTheHoveredCellAndBesideTheCellsOnNone) {
     Character& mara = person("Mara Vell", {});
     auto* list = new CharacterList(root);
