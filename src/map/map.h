@@ -143,8 +143,11 @@ float raySegment(Vector3 origin, Vector3 direction, Vector3 a, Vector3 b);
 void placeCharacter(Character* c, Cell* cell);
 
 // Reads "qm2207.map6" into a new HexMap under parent. Null when the file cannot be opened or its
-// header is implausible (columns or rows below 1 or above maxMapSide).
+// header is implausible (columns or rows below 1 or above maxMapSide); a file that cannot be read
+// says so in one line on standard error.
 Map* loadMap(Window* parent);
+// The same from a stream; the file's name is for the message.
+Map* loadMap(std::istream& in, const std::string& fileName, Window* parent);
 inline constexpr int maxMapSide = 1024;
 // The map file, or when there is none to be had, a flat 32 x 24 grid on the ground "back.dds".
 Map* openMap(Window* parent);

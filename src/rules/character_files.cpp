@@ -135,20 +135,24 @@ Character* loadCharacter(const std::string& name, bool isNpc) {
     if (!in) return nullptr;
     Character* c = new Character(isNpc);
     c->name = name;
+    readCharacter(in, *c);
+    return c;
+}
+
+void readCharacter(std::istream& in, Character& c) {
     std::string line;
     while (readLine(in, line)) {
         if (line == "[Stats]")
-            readStats(in, *c);
+            readStats(in, c);
         else if (line == "[Health]")
-            readHealth(in, *c);
+            readHealth(in, c);
         else if (line == "[Inventory]")
-            readInventory(in, *c);
+            readInventory(in, c);
         else if (line == "[Points]")
-            readPoints(in, *c);
+            readPoints(in, c);
         else if (line == "[Penalties]")
-            readPenalties(in, *c);
+            readPenalties(in, c);
     }
-    return c;
 }
 
 bool saveCharacter(Character& c, std::string* failure) {

@@ -60,7 +60,10 @@ void Faction::sortMembers() {
 
 void loadFactions() {
     std::ifstream in("factions.dat");
-    if (!in) return;
+    if (in) loadFactions(in);
+}
+
+void loadFactions(std::istream& in) {
     std::string line;
     // The header line of each block is not looked at; a block without its faction line ends the file.
     while (readLine(in, line) && readLine(in, line)) {

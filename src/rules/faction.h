@@ -3,6 +3,7 @@
 
 #include "rules/observer.h"
 
+#include <istream>
 #include <list>
 #include <string>
 
@@ -37,5 +38,6 @@ extern std::list<Faction*> allFactions;
 // Reads "factions.dat": blocks of a header line, a line "name|red|green|blue", and the names of
 // player characters, one a line, up to the next line that starts with "[".
 void loadFactions();
+void loadFactions(std::istream& in);
 // Deletes every faction.
 void clearFactions();

@@ -30,7 +30,10 @@ Skill* makeSkill(const std::string& name, int dice, int pips) {
 
 void loadSkills() {
     std::ifstream in("skills.dat");
-    if (!in) return;
+    if (in) loadSkills(in);
+}
+
+void loadSkills(std::istream& in) {
     std::string line;
     while (peekByte(in) > '0' && readLine(in, line)) {
         FieldReader fields(line);

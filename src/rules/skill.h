@@ -5,6 +5,7 @@
 #include "rules/dice.h"
 #include "rules/observer.h"
 
+#include <istream>
 #include <list>
 #include <map>
 #include <string>
@@ -41,5 +42,6 @@ Skill* makeSkill(const std::string& name, int dice, int pips);
 // Reads "skills.dat". A line that begins with a character not above "0" (a blank line, a space, a
 // "0", the end of the file) ends the list.
 void loadSkills();
+void loadSkills(std::istream& in);
 // Deletes the catalogue and forgets the tree.
 void clearSkills();
