@@ -4,6 +4,12 @@
 #include "rules/character_files.h"
 #include "rules/field_reader.h"
 
+#include <functional>
+#include <set>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
 class CharacterFiles : public ModelFileTest {};
 
 // An index may name a missing file; a new name is listed once, after a last line that lacked its end.
@@ -60,4 +66,67 @@ TEST_F(CharacterFiles, KeptMalformedInputsNeverBreakAReader) {
             saveCharacter(*c);
         }
     }
+}
+
+namespace {
+// Runs f in a child process that the file permissions hold, as nobody when the tests run as root;
+// f's result is the child's exit status.
+int asUnprivileged(const std::function<int()>& f) {
+    pid_t pid = fork();
+    if (pid == 0) {
+        if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) _exit(99);
+        _exit(f());
+    }
+    int status = 0;
+    waitpid(pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::set<std::string> filesIn(const std::filesystem::path& dir) {
+    std::set<std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator(dir))
+        files.insert(entry.path().filename().string());
+    return files;
+}
+} // namespace
+
+// A save writes the whole file and then lists the name, or changes nothing and says why: a name
+// too long for the file system, a directory that may not be written. A link is written through.
+TEST_F(CharacterFiles, ASaveIsAllOrNothingAndWritesThroughALink) {
+    write("characters.idx", "Mara\n");
+    std::string failure;
+    for (std::size_t length : {1, 200, 255}) {
+        std::string name(length, 'n');
+        // With ".chr" the longest makes 259 bytes, more than a file name may have.
+        EXPECT_EQ(saveCharacter(person(name, {}), &failure), length < 255) << length;
+    }
+    const std::string longName(255, 'n');
+    EXPECT_EQ(failure, "cannot write \"" + longName + ".chr\": File name too long");
+    EXPECT_EQ(read("characters.idx"), "Mara\nn\n" + std::string(200, 'n') + "\n");
+    EXPECT_EQ(filesIn(dir),
+              (std::set<std::string>{"characters.idx", "n.chr", std::string(200, 'n') + ".chr"}));
+
+    // The index may be written, the directory not: no file can be made beside it.
+    Character& juno = person("Juno", {});
+    std::filesystem::permissions("characters.idx", std::filesystem::perms(0666));
+    std::filesystem::permissions(dir, std::filesystem::perms(0555));
+    int result = asUnprivileged([&] {
+        std::string why;
+        return !saveCharacter(juno, &why) && why == "cannot write \"Juno.chr\": Permission denied" ? 0 : 1;
+    });
+    std::filesystem::permissions(dir, std::filesystem::perms(0700));
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(read("characters.idx"), "Mara\nn\n" + std::string(200, 'n') + "\n");
+    EXPECT_FALSE(std::filesystem::exists("Juno.chr"));
+
+    std::filesystem::create_directory("sheets");
+    write("sheets/Mara.chr", "old");
+    std::filesystem::create_symlink("sheets/Mara.chr", "Mara.chr");
+    Character& mara = person("Mara", {});
+    mara.characterPoints = 4;
+    EXPECT_TRUE(saveCharacter(mara));
+    EXPECT_TRUE(std::filesystem::is_symlink("Mara.chr"));
+    EXPECT_EQ(read("sheets/Mara.chr"), "[Stats]\n[Health]\n0|0|0\n[Points]\n4|0|0\n[Penalties]\n"
+                                       "[Inventory]\n[endInventory]\n");
+    EXPECT_EQ(filesIn("sheets"), std::set<std::string>{"Mara.chr"});
 }
