@@ -78,7 +78,16 @@ Map* loadMap(std::istream& in, const std::string& fileName, Window* parent) {
         return nullptr;
     }
     // Beyond these the header is taken for garbage, and the size bounds what reading allocates.
-    if (columns < 1 || columns > maxMapSide || rows < 1 || rows > maxMapSide) return nullptr;
+    if (columns < 1 || columns > maxMapSide || rows < 1 || rows > maxMapSide) {
+        std::fprintf(stderr, "%s: a map has 1 to %d columns and rows, this one %d x %d\n", fileName.c_str(),
+                     maxMapSide, columns, rows);
+        return nullptr;
+    }
+    if (static_cast<long long>(columns) * rows > maxMapCells) {
+        std::fprintf(stderr, "%s: a map has at most %d cells, this one %d x %d\n", fileName.c_str(),
+                     maxMapCells, columns, rows);
+        return nullptr;
+    }
     HexMap* map = new HexMap(parent, columns, rows);
     map->reservedA = parseReal(file.field('|'));
     map->reservedB = parseReal(file.field('|'));
