@@ -9,6 +9,9 @@
 #include <list>
 #include <map>
 #include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
 
 // A named level. In the catalogue the level is 0D+0; a character holds its own copies.
 class Skill : public Observed {
@@ -31,8 +34,25 @@ extern std::map<std::string, std::string> skillParents;
 // climbed and every climb ends.
 std::string& parentOf(const std::string& name);
 
-// Whether a climb from name, through its parents, meets ancestor; the name itself counts. A tree
-// that loops in a hand-edited file ends the climb where it comes round again.
+// A name and its ancestors, nearest first, up to its attribute; a tree that loops in a hand-edited
+// file ends where the climb comes round again. How near a name stands costs a few comparisons in
+// a tree of a few levels and one look-up in a deeper one, so that a climb is never slower than
+// the tree is deep.
+class Lineage {
+  public:
+    explicit Lineage(const std::string& name);
+    std::size_t size() const { return chain.size(); }
+    // The place of the name in the lineage, 0 for the name itself; size() when it is not in it.
+    std::size_t rank(std::string_view name) const;
+
+  private:
+    static constexpr std::size_t searched = 8; // longer lineages are looked up
+    std::string first;
+    std::vector<const std::string*> chain; // the name, then entries of skillParents
+    std::unordered_map<std::string_view, std::size_t> ranks;
+};
+// Whether a climb from name, through its parents, meets ancestor; the name itself counts, unless
+// it is empty.
 bool descendsFrom(const std::string& name, const std::string& ancestor);
 
 // A new skill with the catalogue entry's name and duration and the given level, owned by the
