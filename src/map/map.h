@@ -74,7 +74,7 @@ class Map : public Window {
 
     // Rebuilds pendingPath from the end of committedPath, or the mover's cell, to hovered.
     void findPath(Character* mover);
-    // Lays pendingPath down at the end of committedPath.
+    // Lays pendingPath down at the end of committedPath; with nothing proposed, changes nothing.
     void commitPath();
     void clearPendingPath();
     void clearCommittedPath();

@@ -79,6 +79,22 @@ TEST_F(MapInput, HoveringAndClickingReportTheCellRightShiftLaysTheWayDownAndARig
                                  "empty hover", "empty click", "path reset", "empty hover"));
 }
 
+// Right shift and a click where no way is proposed lays nothing down and leaves the way as it was.
+TEST_F(MapInput, RightShiftWithNoWayProposedChangesNothing) {
+    mover.move = 4;
+    cell(4, 5)->difficulty = 12;
+    pointAt(cell(4, 5)->centre);
+    holdKey(platform::KEY_RSHIFT);
+    clickAt(cell(4, 5)->centre);
+    auto laid = std::tuple(map->committedPath.size(), map->committedLength, map->committedDifficulty);
+    ASSERT_EQ(laid, std::tuple(std::size_t(3), 2 * 0.9013878f, 12));
+    pointAt(cell(11, 9)->centre); // out of reach
+    ASSERT_TRUE(map->hovered == cell(11, 9) && map->pendingPath.empty());
+    clickAt(cell(11, 9)->centre);
+    releaseKey(platform::KEY_RSHIFT);
+    EXPECT_EQ(std::tuple(map->committedPath.size(), map->committedLength, map->committedDifficulty), laid);
+}
+
 TEST_F(MapInput, TheWheelZoomsTowardsThePointerTheRightButtonPansTheThirdTurnsAndTheKeysFly) {
     holdKey(platform::KEY_LEFT);
     frame(10);
