@@ -130,8 +130,11 @@ TEST_F(MapInput, TheWheelZoomsTowardsThePointerTheRightButtonPansTheThirdTurnsAn
     const float radians = 10 * 3.14159265f / 180;
     EXPECT_TRUE(near(map->camera.right(), {std::cos(radians), -std::sin(radians), 0}));
     EXPECT_TRUE(near(groundAt(620, 420), pivot, 2e-3f));
+    Vector3 screenUp = map->camera.up();
     movePixels(620, 360); // measured from the press: 20 degrees of tilt
+    // The pointer going up turns the view's forward away from the screen's up, about the camera's x.
     EXPECT_NEAR(map->camera.forward().z, -std::cos(2 * radians), 1e-3f);
+    EXPECT_NEAR(dot(map->camera.forward(), screenUp), -std::sin(2 * radians), 1e-3f);
     EXPECT_TRUE(near(groundAt(620, 420), pivot, 2e-3f));
     release(2);
     EXPECT_THAT(log, ::testing::Each(::testing::Not(::testing::HasSubstr("click"))))
