@@ -41,6 +41,9 @@ std::string& parentOf(const std::string& name);
 class Lineage {
   public:
     explicit Lineage(const std::string& name);
+    // The chain points into the object itself.
+    Lineage(const Lineage&) = delete;
+    Lineage& operator=(const Lineage&) = delete;
     std::size_t size() const { return chain.size(); }
     // The place of the name in the lineage, 0 for the name itself; size() when it is not in it.
     std::size_t rank(std::string_view name) const;
@@ -51,6 +54,7 @@ class Lineage {
     std::vector<const std::string*> chain; // the name, then entries of skillParents
     std::unordered_map<std::string_view, std::size_t> ranks;
 };
+
 // Whether a climb from name, through its parents, meets ancestor; the name itself counts, unless
 // it is empty.
 bool descendsFrom(const std::string& name, const std::string& ancestor);
