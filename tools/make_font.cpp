@@ -18,6 +18,8 @@
 #include <string>
 #include <vector>
 
+#include "rules/field_reader.h"
+
 namespace {
 constexpr int firstChar = 32, lastChar = 126;
 constexpr int textureWidth = 256;
@@ -52,12 +54,18 @@ int fail(const std::string& message) {
 
 int main(int argc, char** argv) {
     if (argc < 3 || argc > 4) return fail("usage: make_font FONT.ttf OUTPUT.glf [LINE_HEIGHT_PIXELS]");
-    int lineHeight = argc == 4 ? std::atoi(argv[3]) : 20;
+    // Saturated, so that no number wraps round into the range.
+    int lineHeight = argc == 4 ? parseNumber(argv[3]) : 20;
     if (lineHeight < 6 || lineHeight > 128) return fail("line height must lie between 6 and 128 pixels");
 
     FT_Library library;
-    FT_Face face;
     if (FT_Init_FreeType(&library)) return fail("cannot start FreeType");
+    // FreeType is let go on every way out, the failures too.
+    struct Release {
+        FT_Library library;
+        ~Release() { FT_Done_FreeType(library); }
+    } release{library};
+    FT_Face face;
     if (FT_New_Face(library, argv[1], 0, &face)) return fail(std::string("cannot read ") + argv[1]);
 
     // The largest em size whose ascender and descender fit in one line.
@@ -87,6 +95,8 @@ int main(int argc, char** argv) {
         int right = std::max(advance, slot->bitmap_left + static_cast<int>(bitmap.width));
         Cell& cell = cells[c - firstChar];
         cell.width = std::max(1, right - left);
+        if (cell.width + 2 * gap > textureWidth)
+            return fail("character " + std::to_string(c) + " is wider than the texture");
         cell.coverage.assign(static_cast<std::size_t>(cell.width) * lineHeight, 0);
         for (unsigned row = 0; row < bitmap.rows; ++row) {
             int y = ascender - slot->bitmap_top + static_cast<int>(row);
@@ -105,8 +115,6 @@ int main(int argc, char** argv) {
         cell.y = penY;
         penX += cell.width + gap;
     }
-    FT_Done_Face(face);
-    FT_Done_FreeType(library);
 
     int used = penY + lineHeight + gap;
     int textureHeight = 1;

@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "rules/field_reader.h"
+
 namespace {
 
 constexpr double pi = 3.14159265358979323846;
@@ -116,7 +118,8 @@ int fail(const std::string& message) {
 
 int main(int argc, char** argv) {
     if (argc < 2 || argc > 3) return fail("usage: make_ground OUTPUT.dds [SIZE]");
-    int size = argc == 3 ? std::atoi(argv[2]) : 1024;
+    // Saturated, so that no number wraps round into the range.
+    int size = argc == 3 ? parseNumber(argv[2]) : 1024;
     if (size < 16 || size > 4096 || (size & (size - 1)) != 0)
         return fail("size must be a power of two from 16 to 4096");
 

@@ -80,7 +80,7 @@ class Map : public Window {
 
     // Rebuilds pendingPath from the end of committedPath, or the mover's cell, to hovered.
     void findPath(Character* mover);
-    // Lays pendingPath down at the end of committedPath.
+    // Lays pendingPath down at the end of committedPath; with nothing proposed, changes nothing.
     void commitPath();
     void clearPendingPath();
     void clearCommittedPath();
@@ -157,8 +157,14 @@ float raySegment(Vector3 origin, Vector3 direction, Vector3 a, Vector3 b);
 void placeCharacter(Character* c, Cell* cell);
 
 // Reads "qm2207.map6" into a new HexMap under parent. Null when the file cannot be opened or its
-// header is implausible (columns or rows below 1 or above maxMapSide).
+// header is implausible: columns or rows below 1 or above maxMapSide, or more than maxMapCells
+// cells, which one line on standard error tells.
 Map* loadMap(Window* parent);
+// The same from a stream; the file's name is for the message.
+Map* loadMap(std::istream& in, const std::string& fileName, Window* parent);
 inline constexpr int maxMapSide = 1024;
+// 512 x 512: a larger map makes every path search and every frame slow, and its cells hundreds of
+// megabytes.
+inline constexpr int maxMapCells = 262144;
 // The map file, or when there is none to be had, a flat 32 x 24 grid on the ground "back.dds".
 Map* openMap(Window* parent);

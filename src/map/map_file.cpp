@@ -7,6 +7,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <fstream>
 #include <ostream>
 
@@ -37,24 +38,18 @@ namespace {
 // texture name and the height end at a line end. Past the end every field is empty.
 class FieldStream {
   public:
-    explicit FieldStream(std::istream& in) : buffer(in.rdbuf()) {}
+    explicit FieldStream(std::istream& in) : in(in) {}
 
     // Up to the next `end`, which is consumed. Characters beyond the longest sensible field are
     // skipped, so that no file makes the reader allocate without bound.
     const std::string& field(char end) {
-        text.clear();
-        if (!buffer) return text;
-        for (;;) {
-            int c = buffer->sbumpc();
-            if (c == std::char_traits<char>::eof() || c == end) break;
-            if (text.size() < longestField) text.push_back(static_cast<char>(c));
-        }
+        readUntil(in, text, end, longestField);
         return text;
     }
 
   private:
     static constexpr std::size_t longestField = 4096;
-    std::streambuf* buffer;
+    std::istream& in;
     std::string text;
 };
 
@@ -73,15 +68,26 @@ float parseReal(const std::string& field) {
 }
 } // namespace
 
-Map* loadMap(Window* parent) {
-    std::ifstream in("qm2207.map6", std::ios::binary);
-    if (!in) return nullptr;
+Map* loadMap(std::istream& in, const std::string& fileName, Window* parent) {
     FieldStream file(in);
     file.field('|'); // the number of sides: every cell has six whatever it says
     int columns = parseNumber(file.field('|'));
     int rows = parseNumber(file.field('|'));
+    if (in.bad()) {
+        std::fprintf(stderr, "%s: cannot be read\n", fileName.c_str());
+        return nullptr;
+    }
     // Beyond these the header is taken for garbage, and the size bounds what reading allocates.
-    if (columns < 1 || columns > maxMapSide || rows < 1 || rows > maxMapSide) return nullptr;
+    if (columns < 1 || columns > maxMapSide || rows < 1 || rows > maxMapSide) {
+        std::fprintf(stderr, "%s: a map has 1 to %d columns and rows, this one %d x %d\n", fileName.c_str(),
+                     maxMapSide, columns, rows);
+        return nullptr;
+    }
+    if (static_cast<long long>(columns) * rows > maxMapCells) {
+        std::fprintf(stderr, "%s: a map has at most %d cells, this one %d x %d\n", fileName.c_str(),
+                     maxMapCells, columns, rows);
+        return nullptr;
+    }
     HexMap* map = new HexMap(parent, columns, rows);
     map->reservedA = parseReal(file.field('|'));
     map->reservedB = parseReal(file.field('|'));
@@ -100,6 +106,12 @@ Map* loadMap(Window* parent) {
         cell->setHeight(parseReal(file.field('\n')));
     }
     return map;
+}
+
+Map* loadMap(Window* parent) {
+    std::ifstream in("qm2207.map6", std::ios::binary);
+    if (!in) return nullptr;
+    return loadMap(in, "qm2207.map6", parent);
 }
 
 Map* openMap(Window* parent) {

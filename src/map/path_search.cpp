@@ -113,6 +113,8 @@ void Map::findPath(Character* mover) {
 }
 
 void Map::commitPath() {
+    // With nothing proposed the way laid down stays as it is, its length and difficulty too.
+    if (pendingPath.empty()) return;
     for (const PathStep& step : pendingPath)
         committedPath.push_back(step);
     pendingPath.clear();

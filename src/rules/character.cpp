@@ -57,22 +57,24 @@ Character::~Character() {
 }
 
 Skill Character::getSkill(const std::string& name) const {
-    std::string s = name;
-    // A loop in the tree would otherwise climb for ever; a sound chain is shorter than the tree.
-    for (std::size_t steps = 0; steps <= skillParents.size() + 1; ++steps) {
-        for (const Skill* own : skills)
-            if (own->name == s) return *own;
-        std::string parent = parentOf(s);
-        if (parent.empty()) break;
-        s = std::move(parent);
+    // The nearest of the name and its ancestors that the character has, the first of the list
+    // among equals: one walk over the skills, however deep the tree.
+    Lineage lineage(name);
+    const Skill* nearest = nullptr;
+    std::size_t best = lineage.size();
+    for (const Skill* own : skills) {
+        std::size_t rank = lineage.rank(own->name);
+        if (rank < best) nearest = own, best = rank;
     }
-    return Skill("Not found", DiceCode(), 0);
+    return nearest ? *nearest : Skill("Not found", DiceCode(), 0);
 }
 
 DiceCode Character::getPenalty(const std::string& name) const {
+    Lineage lineage(name);
     DiceCode sum;
     for (const Penalty* p : penalties)
-        if (p->applyTo == "All" || descendsFrom(name, p->applyTo)) sum += p->dice;
+        if (p->applyTo == "All" || (!p->applyTo.empty() && lineage.rank(p->applyTo) < lineage.size()))
+            sum += p->dice;
     return sum;
 }
 

@@ -3,11 +3,12 @@
 
 #include "rules/character.h"
 #include "rules/field_reader.h"
+#include "rules/file_replacement.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <sstream>
 
 namespace {
 const char* indexFile(bool isNpc) {
@@ -79,26 +80,24 @@ void readInventory(std::istream& in, Character& c) {
     }
 }
 
-bool lacksFinalLineEnd(const char* path) {
-    std::ifstream in(path, std::ios::binary | std::ios::ate);
-    if (!in || in.tellg() <= 0) return false;
-    in.seekg(-1, std::ios::end);
-    return in.get() != '\n';
-}
-
-// Lists the name unless the index has it already. An index that does not exist gets no entry.
-void listInIndex(const std::string& name, bool isNpc) {
-    std::ifstream in(indexFile(isNpc));
-    if (!in) return;
+// The index with the name added; empty when it needs no entry because it lists the name already,
+// or because it does not exist or cannot be read, which lists nobody new.
+std::string indexWithName(const char* index, const std::string& name) {
+    std::ifstream in(index, std::ios::binary);
+    std::string bytes;
+    char block[65536];
+    while (in) {
+        in.read(block, sizeof block);
+        bytes.append(block, static_cast<std::size_t>(in.gcount()));
+    }
+    if (!in.eof() || in.bad()) return {};
+    std::istringstream lines(bytes);
     std::string line;
-    while (readLine(in, line))
-        if (line == name) return;
-    in.close();
-    // An index whose last line lacks its line end would otherwise run into the new name.
-    bool separate = lacksFinalLineEnd(indexFile(isNpc));
-    std::ofstream out(indexFile(isNpc), std::ios::app);
-    if (separate) out << '\n';
-    out << name << '\n';
+    while (readLine(lines, line))
+        if (line == name) return {};
+    // A last line without its line end would otherwise run into the new name.
+    if (!bytes.empty() && bytes.back() != '\n') bytes += '\n';
+    return bytes + name + '\n';
 }
 
 void writeCharacter(std::ostream& out, const Character& c, const Weapon* weapon, const Armor* armor) {
@@ -135,49 +134,56 @@ Character* loadCharacter(const std::string& name, bool isNpc) {
     if (!in) return nullptr;
     Character* c = new Character(isNpc);
     c->name = name;
-    std::string line;
-    while (readLine(in, line)) {
-        if (line == "[Stats]")
-            readStats(in, *c);
-        else if (line == "[Health]")
-            readHealth(in, *c);
-        else if (line == "[Inventory]")
-            readInventory(in, *c);
-        else if (line == "[Points]")
-            readPoints(in, *c);
-        else if (line == "[Penalties]")
-            readPenalties(in, *c);
-    }
+    readCharacter(in, *c);
     return c;
 }
 
-bool saveCharacter(Character& c, std::string* failure) {
-    listInIndex(c.name, c.isNpc);
+void readCharacter(std::istream& in, Character& c) {
+    std::string line;
+    while (readLine(in, line)) {
+        if (line == "[Stats]")
+            readStats(in, c);
+        else if (line == "[Health]")
+            readHealth(in, c);
+        else if (line == "[Inventory]")
+            readInventory(in, c);
+        else if (line == "[Points]")
+            readPoints(in, c);
+        else if (line == "[Penalties]")
+            readPenalties(in, c);
+    }
+}
 
-    // Written beside the old file and renamed over it, so that a failed save leaves the old one whole.
-    std::string target = fileName(c.name, c.isNpc);
-    std::string temporary = target + ".saving";
-    auto fail = [&] {
-        if (failure) *failure = "cannot write \"" + target + "\": " + std::strerror(errno);
+bool saveCharacter(Character& c, std::string* failure) {
+    const std::string file = fileName(c.name, c.isNpc);
+    const char* index = indexFile(c.isNpc);
+    auto fail = [&](const std::string& name) {
+        if (failure) *failure = "cannot write \"" + name + "\": " + std::strerror(errno);
         return false;
     };
-    std::ofstream out(temporary, std::ios::trunc | std::ios::binary);
-    if (!out) return fail();
 
     // The "Armor" penalty is not stored: unequipping takes it out, and equipping puts it back.
+    std::ostringstream text;
     Weapon* weapon = c.weapon;
     Armor* armor = c.armor;
     c.unequip(weapon);
     c.unequip(armor);
-    writeCharacter(out, c, weapon, armor);
+    writeCharacter(text, c, weapon, armor);
     c.equip(weapon);
     c.equip(armor);
 
-    out.close();
-    if (!out || std::rename(temporary.c_str(), target.c_str()) != 0) {
-        bool failed = fail();
-        std::remove(temporary.c_str());
-        return failed;
+    // Both new versions are written whole before either replaces its file, and the name is listed
+    // only once its file stands, so that a failure leaves the old files as they were.
+    FileReplacement sheet, listing;
+    if (!sheet.prepare(file, text.str())) return fail(file);
+    std::string listed = indexWithName(index, c.name);
+    if (!listed.empty() && !listing.prepare(index, listed)) return fail(index);
+    if (!sheet.commit()) return fail(file);
+    if (!listed.empty() && !listing.commit()) {
+        int error = errno;
+        sheet.undoNewFile();
+        errno = error;
+        return fail(index);
     }
     return true;
 }

@@ -55,14 +55,14 @@ int clampedSum(int a, int b) {
 }
 
 bool nothingLeft(const DiceCode& code) {
-    return !code || code.dice < 0;
+    return 3LL * code.dice + code.pips <= 0;
 }
 
 int rollDice(int count) {
-    long long sum = 0;
-    for (int i = 0; i < count; ++i)
+    int sum = 0;
+    for (int i = 0; i < std::min(count, maxRolledDice); ++i)
         sum += sharedRandom.rollDie();
-    return saturate(sum);
+    return sum;
 }
 
 const DifficultyRow difficultyTable[difficultyClassCount] = {

@@ -21,15 +21,17 @@ struct DiceCode {
     DiceCode operator+(const DiceCode& other) const;
     // No floor at zero: this is how a penalty comes off a skill.
     DiceCode operator-(const DiceCode& other) const;
-    // The pips plus one die from sharedRandom for each die; nothing explodes. No dice, no draws.
+    // The pips plus one die from sharedRandom for each die, but for no more than maxRolledDice;
+    // nothing explodes. No dice, no draws.
     int roll() const;
 
     int dice = 0;
     int pips = 0;
 };
 
-// Whether a skill level leaves nothing to roll: dice and pips sum to 0, or penalties have taken
-// more dice than there were. Every action that rests on a skill refuses on this.
+// Whether penalties have eaten the whole skill: three times the dice plus the pips is 0 or less,
+// a pip being worth a third of a die. Every action that rests on a skill refuses on this, and on
+// nothing else.
 bool nothingLeft(const DiceCode& code);
 
 // a + b held to the int range: counters and durations may come from hand-edited files.
@@ -39,7 +41,8 @@ int clampedSum(int a, int b);
 // makes one) rolls this many.
 inline constexpr int maxRolledDice = 1000;
 
-// The sum of count dice from sharedRandom; 0 for a count of 0 or less.
+// The sum of count dice, at most maxRolledDice of them, from sharedRandom; 0 for a count of 0 or
+// less.
 int rollDice(int count);
 
 struct DifficultyRow {

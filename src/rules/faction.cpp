@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <unordered_map>
 #include <vector>
 
 std::list<Faction*> allFactions;
@@ -22,8 +23,15 @@ Faction::~Faction() {
 }
 
 bool Faction::addMember(Character* c) {
-    if (c == nullptr) return false;
-    if (std::find(members.begin(), members.end(), c) != members.end()) return false;
+    if (!join(c)) return false;
+    sortMembers();
+    notifyChanged();
+    return true;
+}
+
+bool Faction::join(Character* c) {
+    // A member is exactly a character whose faction this is.
+    if (c == nullptr || c->faction == this) return false;
     if (Faction* old = c->faction) {
         old->members.remove(c);
         c->faction = nullptr;
@@ -32,8 +40,6 @@ bool Faction::addMember(Character* c) {
     }
     members.push_back(c);
     c->faction = this;
-    sortMembers();
-    notifyChanged();
     return true;
 }
 
@@ -60,7 +66,15 @@ void Faction::sortMembers() {
 
 void loadFactions() {
     std::ifstream in("factions.dat");
-    if (!in) return;
+    if (in) loadFactions(in);
+}
+
+void loadFactions(std::istream& in) {
+    // The first player character of each name, as findCharacter finds it, looked up instead of
+    // walked for each member line.
+    std::unordered_map<std::string, Character*> byName;
+    for (Character* c : allCharacters)
+        byName.emplace(c->name, c);
     std::string line;
     // The header line of each block is not looked at; a block without its faction line ends the file.
     while (readLine(in, line) && readLine(in, line)) {
@@ -70,8 +84,14 @@ void loadFactions() {
         float green = fields.fraction();
         float blue = fields.fraction();
         Faction* faction = new Faction(name, red, green, blue);
-        while (peekByte(in) != -1 && peekByte(in) != '[' && readLine(in, line))
-            faction->addMember(findCharacter(line));
+        // Sorted once when the block is complete, which gives the order that sorting after each
+        // member would give, since the sort keeps the order of equals.
+        while (peekByte(in) != -1 && peekByte(in) != '[' && readLine(in, line)) {
+            auto found = byName.find(line);
+            if (found != byName.end()) faction->join(found->second);
+        }
+        faction->sortMembers();
+        faction->notifyChanged();
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "rules/observer.h"
 
+#include <istream>
 #include <list>
 #include <string>
 
@@ -19,6 +20,9 @@ class Faction : public Observed {
 
     // Takes the character from its old faction, if any; false for null or a member already here.
     bool addMember(Character* c);
+    // addMember without sorting the members or announcing the change: a reader adding many at once
+    // does both once at the end.
+    bool join(Character* c);
     // The character goes on existing, without a faction; one that is no member is left alone.
     void removeMember(Character* c);
     // The member whose "Perception" is worth most after penalties first; equal ones keep their order.
@@ -37,5 +41,6 @@ extern std::list<Faction*> allFactions;
 // Reads "factions.dat": blocks of a header line, a line "name|red|green|blue", and the names of
 // player characters, one a line, up to the next line that starts with "[".
 void loadFactions();
+void loadFactions(std::istream& in);
 // Deletes every faction.
 void clearFactions();

@@ -3,24 +3,35 @@
 
 #include <climits>
 
-bool readLine(std::istream& in, std::string& line) {
-    line.clear();
+bool readUntil(std::istream& in, std::string& text, char end, std::size_t limit) {
+    text.clear();
     std::streambuf* buffer = in.rdbuf();
     if (!in.good() || buffer == nullptr) {
         in.setstate(std::ios::failbit);
         return false;
     }
     bool any = false;
-    for (;;) {
-        int c = buffer->sbumpc();
-        if (c == std::char_traits<char>::eof()) {
-            in.setstate(any ? std::ios::eofbit : std::ios::eofbit | std::ios::failbit);
-            break;
+    // A file buffer reports a failed read by throwing; the streams' own members would catch it too,
+    // but at a call for each character.
+    try {
+        for (;;) {
+            int c = buffer->sbumpc();
+            if (c == std::char_traits<char>::eof()) {
+                in.setstate(any ? std::ios::eofbit : std::ios::eofbit | std::ios::failbit);
+                break;
+            }
+            any = true;
+            if (c == static_cast<unsigned char>(end)) break;
+            if (text.size() < limit) text.push_back(static_cast<char>(c));
         }
-        any = true;
-        if (c == '\n') break;
-        if (line.size() < maxLineLength) line.push_back(static_cast<char>(c));
+    } catch (...) {
+        in.setstate(any ? std::ios::badbit : std::ios::badbit | std::ios::failbit);
     }
+    return any;
+}
+
+bool readLine(std::istream& in, std::string& line) {
+    bool any = readUntil(in, line, '\n', maxLineLength);
     // Files edited on other systems end their lines with "\r\n".
     if (!line.empty() && line.back() == '\r') line.pop_back();
     return any;

@@ -12,8 +12,13 @@
 // Longer lines are cut here, so that no file can make a reader allocate without bound.
 inline constexpr std::size_t maxLineLength = 8192;
 
-// Reads one line without its line end and without a trailing carriage return; the part of a line
-// beyond maxLineLength is skipped. False, with failbit set, when the stream had nothing left.
+// Reads up to the next `end`, which is taken but not kept; characters beyond `limit` are skipped.
+// A file that cannot be read (a directory in its place, an I/O error) ends the text there, with
+// badbit set: what came before is kept, as from a file cut short. False, with failbit set, when
+// nothing was left to read.
+bool readUntil(std::istream& in, std::string& text, char end, std::size_t limit);
+// One line without its line end and without a trailing carriage return, at most maxLineLength
+// characters of it.
 bool readLine(std::istream& in, std::string& line);
 
 // An optional sign and leading digits, saturated to the int range; anything else reads as 0.

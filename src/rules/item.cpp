@@ -235,7 +235,10 @@ void writeItemEntry(std::ostream& out, const Item& item) {
 
 void loadItems() {
     std::ifstream in("items.dat");
-    if (!in) return;
+    if (in) loadItems(in);
+}
+
+void loadItems(std::istream& in) {
     std::string line;
     while (readLine(in, line))
         if (Item* item = readItemEntry(line, in)) allItems.push_back(item);

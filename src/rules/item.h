@@ -141,5 +141,6 @@ void writeItemEntry(std::ostream& out, const Item& item);
 
 // Reads "items.dat": header and record pairs; other lines are passed over.
 void loadItems();
+void loadItems(std::istream& in);
 // Deletes the catalogue.
 void clearItems();

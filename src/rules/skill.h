@@ -5,9 +5,13 @@
 #include "rules/dice.h"
 #include "rules/observer.h"
 
+#include <istream>
 #include <list>
 #include <map>
 #include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
 
 // A named level. In the catalogue the level is 0D+0; a character holds its own copies.
 class Skill : public Observed {
@@ -30,8 +34,29 @@ extern std::map<std::string, std::string> skillParents;
 // climbed and every climb ends.
 std::string& parentOf(const std::string& name);
 
-// Whether a climb from name, through its parents, meets ancestor; the name itself counts. A tree
-// that loops in a hand-edited file ends the climb where it comes round again.
+// A name and its ancestors, nearest first, up to its attribute; a tree that loops in a hand-edited
+// file ends where the climb comes round again. How near a name stands costs a few comparisons in
+// a tree of a few levels and one look-up in a deeper one, so that a climb is never slower than
+// the tree is deep.
+class Lineage {
+  public:
+    explicit Lineage(const std::string& name);
+    // The chain points into the object itself.
+    Lineage(const Lineage&) = delete;
+    Lineage& operator=(const Lineage&) = delete;
+    std::size_t size() const { return chain.size(); }
+    // The place of the name in the lineage, 0 for the name itself; size() when it is not in it.
+    std::size_t rank(std::string_view name) const;
+
+  private:
+    static constexpr std::size_t searched = 8; // longer lineages are looked up
+    std::string first;
+    std::vector<const std::string*> chain; // the name, then entries of skillParents
+    std::unordered_map<std::string_view, std::size_t> ranks;
+};
+
+// Whether a climb from name, through its parents, meets ancestor; the name itself counts, unless
+// it is empty.
 bool descendsFrom(const std::string& name, const std::string& ancestor);
 
 // A new skill with the catalogue entry's name and duration and the given level, owned by the
@@ -41,5 +66,6 @@ Skill* makeSkill(const std::string& name, int dice, int pips);
 // Reads "skills.dat". A line that begins with a character not above "0" (a blank line, a space, a
 // "0", the end of the file) ends the list.
 void loadSkills();
+void loadSkills(std::istream& in);
 // Deletes the catalogue and forgets the tree.
 void clearSkills();

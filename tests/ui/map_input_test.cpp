@@ -79,6 +79,22 @@ TEST_F(MapInput, HoveringAndClickingReportTheCellRightShiftLaysTheWayDownAndARig
                                  "empty hover", "empty click", "path reset", "empty hover"));
 }
 
+// Right shift and a click where no way is proposed lays nothing down and leaves the way as it was.
+TEST_F(MapInput, RightShiftWithNoWayProposedChangesNothing) {
+    mover.move = 4;
+    cell(4, 5)->difficulty = 12;
+    pointAt(cell(4, 5)->centre);
+    holdKey(platform::KEY_RSHIFT);
+    clickAt(cell(4, 5)->centre);
+    auto laid = std::tuple(map->committedPath.size(), map->committedLength, map->committedDifficulty);
+    ASSERT_EQ(laid, std::tuple(std::size_t(3), 2 * 0.9013878f, 12));
+    pointAt(cell(11, 9)->centre); // out of reach
+    ASSERT_TRUE(map->hovered == cell(11, 9) && map->pendingPath.empty());
+    clickAt(cell(11, 9)->centre);
+    releaseKey(platform::KEY_RSHIFT);
+    EXPECT_EQ(std::tuple(map->committedPath.size(), map->committedLength, map->committedDifficulty), laid);
+}
+
 TEST_F(MapInput, TheWheelZoomsTowardsThePointerTheRightButtonPansTheThirdTurnsAndTheKeysFly) {
     holdKey(platform::KEY_LEFT);
     frame(10);
@@ -114,8 +130,11 @@ TEST_F(MapInput, TheWheelZoomsTowardsThePointerTheRightButtonPansTheThirdTurnsAn
     const float radians = 10 * 3.14159265f / 180;
     EXPECT_TRUE(near(map->camera.right(), {std::cos(radians), -std::sin(radians), 0}));
     EXPECT_TRUE(near(groundAt(620, 420), pivot, 2e-3f));
+    Vector3 screenUp = map->camera.up();
     movePixels(620, 360); // measured from the press: 20 degrees of tilt
+    // The pointer going up turns the view's forward away from the screen's up, about the camera's x.
     EXPECT_NEAR(map->camera.forward().z, -std::cos(2 * radians), 1e-3f);
+    EXPECT_NEAR(dot(map->camera.forward(), screenUp), -std::sin(2 * radians), 1e-3f);
     EXPECT_TRUE(near(groundAt(620, 420), pivot, 2e-3f));
     release(2);
     EXPECT_THAT(log, ::testing::Each(::testing::Not(::testing::HasSubstr("click"))))

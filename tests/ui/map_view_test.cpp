@@ -2,6 +2,8 @@
 // OpenGL state given back to the toolkit and the ground picture. The golden pictures hold the rest.
 #include <GL/gl.h>
 
+#include <sstream>
+
 #include "map_screen.h"
 #include "rules/faction.h"
 #include "support/probe.h"
@@ -170,7 +172,7 @@ TEST_F(MapScreen, TheToolkitDrawsAfterTheMapWithItsOwnState) {
 }
 
 // A picture of four coloured quarters, made here, so that the ground's scale, shift and repeat are
-// checked whatever back.dds holds; and back.dds itself, read once.
+// checked whatever back.dds holds; and back.dds itself, read once by its name.
 TEST_F(MapScreen, TheGroundPictureRunsUnderTheWholeMapSpanningTwentySixAndAHalfUnits) {
     const Rgb q[4] = {{220, 40, 40}, {40, 40, 220}, {40, 220, 40}, {220, 220, 40}}; // rows from the top
     const unsigned char texels[16] = {220, 40,  40, 255, 40,  40,  220, 255,
@@ -198,4 +200,9 @@ TEST_F(MapScreen, TheGroundPictureRunsUnderTheWholeMapSpanningTwentySixAndAHalfU
     glDeleteTextures(1, &map->texture);
     EXPECT_EQ(loadTexture("back.dds"), loadTexture("back.dds")) << "cached by name";
     EXPECT_FALSE(glIsEnabled(GL_TEXTURE_2D)) << "loading leaves texturing off";
+    // A header written on another system ends the name with a carriage return, which is no part of it.
+    std::istringstream crlf("6|1|1|0|0|back.dds\r\n3|0|0|0|12|0|1|1|1|1|1|1.25\r\n");
+    std::unique_ptr<Map> fromCrlf(loadMap(crlf, "qm2207.map6", nullptr));
+    EXPECT_EQ(std::pair(fromCrlf->texture, textureCache.count("back.dds\r")),
+              std::pair(loadTexture("back.dds"), std::size_t(0)));
 }

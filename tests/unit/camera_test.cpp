@@ -2,6 +2,18 @@
 // the height field from above and from off the map, traceLine.
 #include "map_test.h"
 
+// In lengths of the direction from the origin, in the plane: a crossing ahead, behind, of a
+// direction twice as long, on the segment's line, past the segment's ends; heights do not count.
+TEST(Rays, RaySegmentMeasuresFromTheOriginAlongTheDirection) {
+    const Vector3 a{3, 0, 0}, b{3, 2, 0};
+    const std::tuple<Vector3, Vector3, float> cases[] = {
+        {{1, 1, 0}, {1, 0, 0}, 2}, {{4, 1, 0}, {1, 0, 0}, -1}, {{1, 1, 7}, {2, 0, -5}, 1},
+        {{3, 5, 0}, {0, 1, 0}, 0}, {{1, 3, 0}, {1, 0, 0}, -1}, {{1, 1, 0}, {0, 1, 0}, -1},
+        {{0, 0, 0}, {3, 1, 0}, 1}};
+    for (auto [origin, direction, t] : cases)
+        EXPECT_FLOAT_EQ(raySegment(origin, direction, a, b), t) << origin.x << ", " << origin.y;
+}
+
 TEST(Rays, ScreenToPlaneAtTheViewsCentreAndCorners) {
     std::unique_ptr<HexMap> map(placed(new HexMap(nullptr, 10, 10)));
     const std::tuple<float, float, float, Vector3> cases[] = {{619, 395.54f, 0, {0, 0, 0}},
@@ -38,4 +50,29 @@ TEST(Rays, PickComesInOverTheEdgeAndFromALowCameraHitsAFlankWhereTraceLineStopsT
     to->setHeight(8);
     EXPECT_EQ(map->traceLine(from, to), to) << "a line rising above the ridge passes";
     EXPECT_EQ(map->traceLine(from, from), nullptr);
+}
+
+// Over flat ground the cell that pick walks to is the one under the ray's point on the ground, for
+// rays that cross many cells: at each crossing the side just come through, where the ray stands,
+// is passed over, since a walk never goes back into the last two cells.
+TEST(Rays, OverFlatGroundPickWalksToTheCellUnderEachPixel) {
+    std::unique_ptr<HexMap> map(placed(new HexMap(nullptr, 12, 16)));
+    map->camera.placeAt({4.3f, 17.1f, 2.2f});
+    map->camera.rotate(75, 1, 0, 0, false);
+    map->camera.rotate(12, 0, 0, 1, true);
+    int wrong = 0, cells = 0;
+    for (int py = 30; py < 768; py += 9) {
+        for (int px = 220; px < 1024; px += 11) {
+            Vector3 ground, hit;
+            map->screenToPlane(float(px), float(py), &ground, 0);
+            Cell* under = map->cellAt(ground.x, ground.y);
+            Cell* picked = map->pick(float(px), float(py), &hit);
+            cells += picked != nullptr;
+            if (picked != under || (picked && !near(hit, ground, 1e-3f))) {
+                if (wrong++ == 0) ADD_FAILURE() << "first at pixel " << px << ", " << py;
+            }
+        }
+    }
+    EXPECT_EQ(wrong, 0);
+    EXPECT_GT(cells, 3000) << "most rays land on the map";
 }

@@ -34,6 +34,25 @@ TEST_F(Characters, SkillsClimbToTheirAttributeAndPenaltiesCountOnEveryLevel) {
               std::tuple(DiceCode(1, 3), DiceCode(1, 1), DiceCode(3, -3), DiceCode(-2, -1)));
 }
 
+// A tree deeper than a few levels, which only a hand-edited file makes, is climbed alike, and a
+// tree that loops ends where the climb comes round.
+TEST_F(Characters, DeepAndLoopingTreesClimbAlike) {
+    for (int i = 0; i < 12; ++i) {
+        skillParents["L" + std::to_string(i)] = i < 11 ? "L" + std::to_string(i + 1) : "";
+        skillParents["R" + std::to_string(i)] = "R" + std::to_string((i + 1) % 10);
+    }
+    Character& c = person("Deep", {{"L9", {2, 0}}, {"L3", {3, 0}}, {"R7", {1, 0}}});
+    for (Penalty* p : {new Penalty("Far", {1, 0}, -1, "L10"), new Penalty("Near", {0, 1}, -1, "L2"),
+                       new Penalty("Ring", {0, 2}, -1, "R3")})
+        c.addPenalty(p);
+    EXPECT_EQ(shown(c.getSkill("L0")) + ", " + shown(c.getSkill("L5")) + ", " + shown(c.getSkill("L10")) +
+                  ", " + shown(c.getSkill("R8")),
+              "L3 3D+0, L9 2D+0, Not found 0D+0, R7 1D+0");
+    EXPECT_EQ(std::tuple(c.getPenalty("L0"), c.getPenalty("L5"), c.getPenalty("R5"), c.getPenalty("L11")),
+              std::tuple(DiceCode(1, 1), DiceCode(1, 0), DiceCode(0, 2), DiceCode()));
+    EXPECT_TRUE(descendsFrom("L0", "L11") && !descendsFrom("R0", "L0") && !descendsFrom("", ""));
+}
+
 // A copy owns copies of everything, ages, and joins the faction but neither list of characters.
 TEST_F(Characters, ArmorBringsExactlyOnePenaltyWhileWornAndCopiesAreDeep) {
     Character& c = fighter();

@@ -63,12 +63,31 @@ TEST_F(MapFiles, EachClassOfMapSavesToItsOwnFileAndAFailedSaveChangesNothing) {
 
 TEST_F(MapFiles, AMissingOrImplausibleFileGivesNoMapAndTheProgramItsFlatOne) {
     EXPECT_EQ(written(loadMap(nullptr)), "") << "no file";
-    for (const char* name :
-         {"too_wide.map6", "no_columns.map6", "negative_rows.map6", "no_header.map6", "garbage.map6"})
+    // Each refusal says why on standard error, in one line that names the file.
+    const std::pair<const char*, const char*> refused[] = {{"too_wide.map6", "1025 x 2"},
+                                                           {"no_columns.map6", "0 x 5"},
+                                                           {"negative_rows.map6", "-3 x 4"},
+                                                           {"no_header.map6", "0 x 0"},
+                                                           {"garbage.map6", ""}};
+    for (auto [name, size] : refused) {
+        ::testing::internal::CaptureStderr();
         EXPECT_EQ(reread(kept(name)), "") << name;
+        std::string said = ::testing::internal::GetCapturedStderr();
+        std::string expected =
+            "qm2207.map6: a map has 1 to 1024 columns and rows, this one " + std::string(size);
+        EXPECT_EQ(said.substr(0, expected.size()), expected);
+        EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
+    }
     EXPECT_EQ(written(openMap(nullptr)), "6|32|24|0|0|back.dds\n" + emptyCells(32 * 24)) << "the flat map";
     const std::string wide = "6|1024|1|0|0|back.dds\n";
     EXPECT_EQ(reread(wide), wide + emptyCells(1024)) << "1024 is still plausible";
+    // At most 262,144 cells in all: a header beyond it is refused with a line that says why.
+    const std::string largest = "6|1024|256|0|0|back.dds\n";
+    EXPECT_TRUE(reread(largest) == largest + emptyCells(1024 * 256));
+    ::testing::internal::CaptureStderr();
+    EXPECT_TRUE(reread("6|513|512|0|0|back.dds\n").empty());
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+              "qm2207.map6: a map has at most 262144 cells, this one 513 x 512\n");
 }
 
 TEST_F(MapFiles, MalformedFilesAreReadFieldByFieldSaturatingNumbersAndNeverCrash) {

@@ -28,7 +28,8 @@ class PathSearch : public ModelTest {
     Way way(const std::deque<PathStep>& path) const {
         Way places;
         for (const PathStep& s : path)
-            places.emplace_back((s.cell - map->cells[0]) % 9, (s.cell - map->cells[0]) / 9);
+            places.emplace_back((s.cell - map->cells[0]) % map->columns,
+                                (s.cell - map->cells[0]) / map->columns);
         return places;
     }
     Colour colour(int step) const {
@@ -77,6 +78,10 @@ TEST_F(PathSearch, TheBudgetFollowsTheLastMovesSpeedTheActionsAndAtTheStartTheSq
     EXPECT_TRUE(seek(5, 27).empty()) << "0.901 is above 0.92 squared, though within 0.92";
     map->committedLength = 2 - 0.95f;
     EXPECT_EQ(seek(5, 27).size(), 2u) << "0.901 is below 0.95 squared";
+    // The way laid down at a faster speed now lies beyond the budget: its end is drawn black.
+    map->committedLength = 5;
+    EXPECT_EQ(seek(4, 28).size(), 1u);
+    EXPECT_EQ(colour(0), black);
 }
 
 TEST_F(PathSearch, NewestFirstAmongEqualEstimatesAndEstimatesKeptFromTheFirstSight) {
@@ -93,6 +98,19 @@ TEST_F(PathSearch, NewestFirstAmongEqualEstimatesAndEstimatesKeptFromTheFirstSig
             at(*map, c, r)->setHeight(float(heights[r][c] - '0'));
     EXPECT_EQ(seek(5, 1), (Way{{4, 4}, {5, 3}, {5, 2}, {5, 1}}));
     EXPECT_NEAR(map->pendingLength, 4.5824f, 1e-3f);
+}
+
+// A cell closed by one way is opened again when a shorter way to it turns up: here (4, 3) is closed
+// at 4.65 metres by the way down column 4, before the way by (3, 1) and (3, 2) reaches it at 4.25.
+TEST_F(PathSearch, AClosedCellIsOpenedAgainWhenAShorterWayReachesIt) {
+    mover->cell = nullptr; // off the fixture's map, which goes
+    map = hexMap(5, 5);
+    const char* heights = "1020100221120200200202121";
+    for (int i = 0; i < 25; ++i)
+        map->cells[i]->setHeight(float(heights[i] - '0'));
+    standAt(4, 0);
+    EXPECT_EQ(seek(4, 4), (Way{{4, 0}, {4, 1}, {3, 1}, {3, 2}, {4, 3}, {4, 4}}));
+    EXPECT_NEAR(map->pendingLength, 5.6619f, 1e-3f);
 }
 
 TEST_F(PathSearch, TheLineIsBlackShortOfTheLowerLimitThenColouredBySpeedAndTheRollFollows) {
@@ -112,6 +130,13 @@ TEST_F(PathSearch, TheLineIsBlackShortOfTheLowerLimitThenColouredBySpeedAndTheRo
         at(*map, 4, 28 - metres)->difficulty = difficulty;
         seek(4, 28 - metres);
         EXPECT_EQ(std::pair(map->pendingDifficulty, map->requiredRoll), std::pair(difficulty, roll));
+    }
+    // Half an odd move is not cut down: with a move of 5, 2.41 metres are still cautious, 2.56 normal.
+    mover->move = 5;
+    for (auto [height, there] : {std::pair{1.0f, blue}, {1.2f, green}}) {
+        at(*map, 4, 26)->setHeight(height);
+        seek(4, 26);
+        EXPECT_EQ(colour(2), there) << height;
     }
 }
 
