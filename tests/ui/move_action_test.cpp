@@ -48,6 +48,13 @@ TEST_F(MoveActions, ARefusalSaysWhyCostsNothingAndClearsTheWay) {
             << k.said;
         cell(4, 20)->occupant = nullptr;
     }
+    // A way laid down for someone faster is beyond this runner's reach.
+    Character& slow = runner();
+    wayTo(slow, 4, 16);
+    slow.move = 2;
+    EXPECT_EQ(move(slow), nullptr);
+    EXPECT_EQ(refusal(), "Too far: That way is beyond your reach this round.\nLay it down anew.");
+    EXPECT_EQ(std::tuple(slow.actions, slow.moveSpeed, slow.moved), std::tuple(1, 0, false));
 }
 
 TEST_F(MoveActions, AWayThatNeedsNoRollIsWalkedAtOnce) {
