@@ -84,6 +84,11 @@ class Map : public Window {
     void commitPath();
     void clearPendingPath();
     void clearCommittedPath();
+    // The end of a rolled move along committedPath: a roll at or above the way's total difficulty
+    // takes the mover to its end and gives 0; a lower one brings the mishap of the margin on the
+    // mover, who gets along the whole way, about half of it or about a quarter, and gives the
+    // margin. The way is cleared either way. In move_resolution.cpp.
+    int resolveMove(int roll, Character* mover);
 
     // A cell's terrain, walls or height changed: the next frame shows it. The map keeps the geometry
     // of its cells from frame to frame, so a change that is not announced does not show.

@@ -39,14 +39,7 @@ void Map::findPath(Character* mover) {
     Cell* target = hovered;
     if (!target || !mover) return;
 
-    // After a standstill the move itself is in reach, after "cautious" twice the move, after
-    // anything faster four times, but twice only for a character who does more this round.
-    int m = mover->moveSpeed < 2 ? mover->moveSpeed : 2;
-    if (m < 0) m = 0;
-    if (m == 2 && (mover->actions > 1 || mover->actionsTaken != 0)) m = 1;
-    // In floating point: a move read from a hand-edited file may be near the int range.
-    float budget = static_cast<float>(mover->move) * static_cast<float>(1 << m);
-    float remaining = budget - committedLength;
+    float remaining = mover->moveBudget() - committedLength;
 
     Cell* start = committedPath.empty() ? mover->cell : committedPath.back().cell;
     if (!start) return;
@@ -95,7 +88,7 @@ void Map::findPath(Character* mover) {
     pendingLength = target->pathCost + committedLength;
     pendingDifficulty = committedDifficulty;
     // A character at speed cannot stop dead: the line is black short of this.
-    float lowerLimit = mover->moveSpeed == 4 ? float(mover->move / 2) : mover->moveSpeed == 3 ? 1.0f : 0.0f;
+    float lowerLimit = mover->shortestStop();
     float move = static_cast<float>(mover->move);
     for (Cell* c = target; c; c = c->pathParent) {
         if (c->difficulty > pendingDifficulty) pendingDifficulty = c->difficulty;
@@ -109,7 +102,7 @@ void Map::findPath(Character* mover) {
     if (speed < 1)
         requiredRoll = noRollNeeded;
     else
-        requiredRoll = moveTable[(speed > 4 ? 4 : speed) - 1][difficultyClass(pendingDifficulty)];
+        requiredRoll = moveEntry(speed, pendingDifficulty);
 }
 
 void Map::commitPath() {

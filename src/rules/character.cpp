@@ -204,8 +204,7 @@ HealthState Character::takeDamage(int margin) {
         if (health >= Healthy && health <= Incapacitated) setHealth(health + 1);
         // A wound knocks the character down, whatever the state, and ends its round.
         posture = 2;
-        actionsTaken = -1;
-        actions = 0;
+        loseRound();
     } else if (margin <= 12) {
         hit = Incapacitated;
         setHealth(health == MortallyWounded ? Killed

@@ -85,6 +85,27 @@ class Character : public Observed, public Updatable {
     // One round of healing: unconsciousness wears off, penalties run out, stuns fade.
     void update(int amount) override;
 
+    // Moves, in character_moves.cpp. Charges a way of that length over terrain of that difficulty
+    // class: the speed it takes, the actions that speed costs, and moved. Gives the new speed class;
+    // 0 for no way; -1, with nothing changed, for a way too short to stop at the present speed; 1,
+    // with nothing changed, for a way beyond the budget or a second move in the round.
+    int applyMove(float distance, int terrainClass);
+    // Whether a way of that length lies within moveBudget, give or take the rounding of its length.
+    bool canReach(float distance) const;
+    // The penalties and the fall of a run failed by that margin. Gives the share of the way walked,
+    // as a divisor: 1, 2 or 4.
+    int applyMishap(int margin);
+    // How far the character can run now, in map units: the move after a standstill, twice the move
+    // after a cautious move, four times after anything faster for one who does nothing else this
+    // round, else twice.
+    float moveBudget() const;
+    // The shortest way the character can stop at: at speed, it cannot stop dead.
+    float shortestStop() const;
+    // One action of the round goes: one fewer left, one more taken.
+    void spendAction();
+    // The rest of the round is gone: no actions left, and none can be taken.
+    void loseRound();
+
     int getInitiative() const;
     // A faction keeps the value that it was given first.
     void setInitiative(int value);

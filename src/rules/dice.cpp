@@ -78,3 +78,7 @@ int difficultyClass(int difficulty) {
 int difficultyOfClass(int difficultyClass) {
     return difficultyTable[std::clamp(difficultyClass, 0, difficultyClassCount - 1)].upperBound;
 }
+
+int clampedDifference(int a, int b) {
+    return saturate(static_cast<long long>(a) - b);
+}

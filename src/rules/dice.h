@@ -58,3 +58,6 @@ extern const DifficultyRow difficultyTable[difficultyClassCount];
 int difficultyClass(int difficulty);
 // The number that a class stands for; a class outside 0 to 5 is taken as the nearest one.
 int difficultyOfClass(int difficultyClass);
+
+// a - b held to the int range: the margin of one roll over another, whatever was typed as a total.
+int clampedDifference(int a, int b);

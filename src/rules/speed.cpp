@@ -23,3 +23,12 @@ int speedClass(const Character* c, float distance) {
     if (distance <= 4.0f * move) return 4;
     return -1;
 }
+
+int moveEntry(int speed, int terrainDifficulty) {
+    int row = speed < 1 ? 0 : speed > 4 ? 3 : speed - 1;
+    return moveTable[row][difficultyClass(terrainDifficulty)];
+}
+
+int moveDifficulty(int speed, int terrainDifficulty) {
+    return clampedSum(moveEntry(speed, terrainDifficulty), terrainDifficulty);
+}

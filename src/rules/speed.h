@@ -22,3 +22,9 @@ inline constexpr int noRollNeeded = -100;
 // Indexed by speed class less one and by the difficulty class of the worst cell; an entry above
 // noRollNeeded is added to that cell's difficulty.
 extern const int moveTable[speedClassCount - 1][difficultyClassCount];
+
+// The table's entry for a way at that speed class over ground of that difficulty; a class outside 1
+// to 4 counts as the nearest one.
+int moveEntry(int speed, int terrainDifficulty);
+// What the roll for such a way must reach: the entry added to the ground's difficulty.
+int moveDifficulty(int speed, int terrainDifficulty);

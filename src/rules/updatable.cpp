@@ -39,3 +39,13 @@ void removeUpdatable(Updatable* u) {
         updatables.remove(u);
     }
 }
+
+void deleteUpdatables() {
+    while (!updatables.empty()) {
+        // Each destructor takes its entry, and any repeat of it, off the list.
+        if (Updatable* u = updatables.front())
+            delete u;
+        else
+            updatables.pop_front();
+    }
+}

@@ -23,3 +23,6 @@ void updateAll();
 void addUpdatable(Updatable* u);
 // Removes every entry equal to u; absent is no error.
 void removeUpdatable(Updatable* u);
+// Deletes every entry, each of which leaves the list as it dies. At the end of the program this
+// frees, with the characters, what nothing but the list holds: a grenade still burning.
+void deleteUpdatables();

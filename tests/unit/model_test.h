@@ -4,13 +4,15 @@
 
 #include "rules/character.h"
 #include "rules/faction.h"
+#include "rules/updatable.h"
 #include "temp_dir.h"
 
 #include <algorithm>
 #include <vector>
 
 inline void clearModel() {
-    clearFactions(), clearCharacters(), clearItems(), clearSkills();
+    // Last, what only the list of updatables holds: a grenade still burning.
+    clearFactions(), clearCharacters(), clearItems(), clearSkills(), deleteUpdatables();
 }
 
 template <class Base> class Model : public Base {
