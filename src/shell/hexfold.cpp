@@ -1,8 +1,8 @@
-// Hexfold: start-up in its fixed order, the dock and its list windows.
+// Hexfold: start-up in its fixed order, the dock and its list windows, and the combat panel.
 #include "shell/hexfold.h"
 
+#include "combat/combat.h"
 #include "editors/list_window.h"
-#include "map/map.h"
 #include "platform/glfw2.h"
 #include "rules/character_files.h"
 #include "rules/faction.h"
@@ -33,7 +33,8 @@ Hexfold::Hexfold() : Window(nullptr, 0, 0, 1, 1, "") {
     width = 100;
     height = 100;
     createDock();
-    openMap(this)->setArea(20.99609375f, 3, 78.90625f, 97.00521f); // where Combat will put it
+    // Last, so that the list windows opened later lie over it.
+    (new Combat(this, 0, 3, 100, 97))->loadDefaultMap();
 }
 
 Hexfold::~Hexfold() {

@@ -1,6 +1,6 @@
 // Hexfold: the application object and root of the window tree. It reads the catalogues at start
 // and offers them through the dock, a row of five entries along the top edge, each of which opens
-// its list window once and raises it after.
+// its list window once and raises it after; the combat panel with its map fills the rest.
 #pragma once
 
 #include "toolkit/window.h"
