@@ -32,7 +32,10 @@ TEST_F(Tools, BadInputGetsAMessageAndAnExitStatusNeverASignal) {
         {{"make_ground"}, "make_ground: usage: make_ground OUTPUT.dds [SIZE]\n"},
         {{"make_ground", "out.dds", "4294967312"},
          "make_ground: size must be a power of two from 16 to 4096\n"},
-        {{"make_ground", "missing/out.dds", "16"}, "make_ground: cannot write missing/out.dds\n"}};
+        {{"make_ground", "missing/out.dds", "16"}, "make_ground: cannot write missing/out.dds\n"},
+        {{"make_icon"}, "make_icon: usage: make_icon OUTPUT.png [SIZE]\n"},
+        {{"make_icon", "out.png", "8"}, "make_icon: size must lie between 16 and 1024\n"},
+        {{"make_icon", "missing/out.png", "16"}, "make_icon: cannot write missing/out.png\n"}};
     for (const auto& [args, message] : cases) {
         auto [status, errors] = run(args);
         EXPECT_EQ(std::pair(status > 0, errors), std::pair(true, message)) << args[0] << " " << args.size();
