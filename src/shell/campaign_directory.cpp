@@ -75,6 +75,14 @@ CampaignDirectory enterCampaignDirectory(const char* given, const char* dataHome
     dir = fs::absolute(dir, ec).lexically_normal();
     // "/a/b/" names the directory b: the copy's name is taken from the last component.
     if (!dir.has_filename()) dir = dir.parent_path();
+    // Installed with the prefix ~/.local, the sample lies where the user's own campaign goes: played
+    // there, the next installation would overwrite the saved characters.
+    if (!given && fs::equivalent(dir, sample, ec)) {
+        result.error = "cannot use " + dir.string() +
+                       " as your campaign: the sample campaign is installed there (install Hexfold under "
+                       "another prefix, or set XDG_DATA_HOME elsewhere)";
+        return result;
+    }
 
     fs::file_status status = fs::status(dir, ec);
     if (!fs::exists(status) || (fs::is_directory(status) && fs::is_empty(dir, ec))) {

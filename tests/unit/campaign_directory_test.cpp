@@ -94,6 +94,14 @@ TEST_F(CampaignDirectoryTest, WhatCannotBeMadeOrEnteredIsToldInOneLineAndLeavesN
         EXPECT_EQ(std::tuple(result.error, result.path, result.made), std::tuple(error, fs::path(), false));
         EXPECT_EQ(fs::current_path(), dir / "start");
     }
+    // Installed with the prefix that is the user's data directory's parent, the sample is no campaign
+    // to play in.
+    fs::create_directories(dir / "data/hexfold");
+    fs::create_directory_symlink(dir / "sample", dir / "data/hexfold/campaign");
+    EXPECT_EQ(enter(nullptr, (dir / "data").c_str()).error,
+              "cannot use " + (dir / "data/hexfold/campaign").string() +
+                  " as your campaign: the sample campaign is installed there (install Hexfold under another "
+                  "prefix, or set XDG_DATA_HOME elsewhere)");
     fs::remove_all(dir / "sample");
     EXPECT_EQ(enter("new").error, "cannot make the campaign directory " + at +
                                       "/new: there is no sample campaign at " + (dir / "sample").string());
