@@ -14,7 +14,8 @@ fail() {
 }
 
 # What a user finds installed, relative to the prefix; the icon in every size.
-installed=(bin/hexfold bin/make_map share/applications/hexfold.desktop)
+installed=(bin/hexfold bin/make_map share/applications/hexfold.desktop share/doc/hexfold/guide.md
+  share/hexfold/maps/qm2207.txt)
 for name in verdana.glf back.dds qm2207.map6 items.dat skills.dat factions.dat characters.idx npcs.idx "Mara Vell.chr"; do
   installed+=("share/hexfold/campaign/$name")
 done
