@@ -54,7 +54,7 @@ class CombatRounds : public CatalogueScreen {
         map->visible = false;
     }
     void shot(const std::string& name) {
-        map->visible = true, frame(), screenshot(name), map->visible = false;
+        map->visible = true, frame(), guidePicture(name), map->visible = false;
     }
     // From the Character List, which the dock opens, put aside over the map's far corner.
     void join(const std::string& name, Cell* c) {
