@@ -417,7 +417,7 @@ TEST_F(CombatRounds, AWholeFightMovesAttacksAndThrowsUntilTheGrenadeGoesOffTwoRo
     // Round 3: everyone as the fight left them.
     EXPECT_EQ(std::tuple(mara->cell, mara->health, pistol->ammo, mara->moveSpeed),
               std::tuple(cell(7, 2), 0, rounds - 1, 1));
-    EXPECT_EQ(std::tuple(tobin->cell, tobin->health), std::tuple(cell(2, 1), 0));
+    EXPECT_EQ(std::tuple(tobin->cell, tobin->health, tobin->moveSpeed), std::tuple(cell(2, 1), 0, 2));
     EXPECT_EQ(std::tuple(iselde->cell, iselde->health, iselde->weapon, iselde->inventory.size()),
               std::tuple(cell(1, 1), 6, (Weapon*)unarmedWeapon, 4u));
     // The panel goes with a run open and its dice waiting: the run clears its way on a map that
