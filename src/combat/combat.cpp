@@ -146,8 +146,15 @@ int Combat::beginRound(Window*) {
 }
 
 int Combat::nextRound(Window*) {
+    std::size_t before = children.size();
     updateAll();
-    return beginRound(nullptr);
+    // A grenade that went off told of it in a box; the initiative roll must not hide it.
+    before = std::min(before, children.size());
+    std::list<WindowRef> told(children.begin() + static_cast<std::ptrdiff_t>(before), children.end());
+    beginRound(nullptr);
+    for (WindowRef& box : told)
+        if (box.get()) box->raise();
+    return 0;
 }
 
 Character* Combat::nextCombatant(bool restart) {

@@ -411,6 +411,7 @@ TEST_F(CombatRounds, AWholeFightMovesAttacksAndThrowsUntilTheGrenadeGoesOffTwoRo
     EXPECT_EQ(std::tuple(tobin->cell, combat->current), std::tuple(cell(2, 1), iselde));
     // Her last action ends the round, and the bomb goes off at its end.
     play({"d1", "Other"});
+    EXPECT_EQ(combat->children.back(), open<MessageBox>()) << "in front of the initiative roll";
     EXPECT_EQ(told(), "Kaboom: A grenade went off and all I got was this lousy message box");
     EXPECT_TRUE(updatables.end() == std::ranges::find(updatables, static_cast<Updatable*>(bomb)));
 
