@@ -69,7 +69,8 @@ class Map : public Window {
     virtual Cell* traceLine(Cell* from, Cell* to);
     // The cell whose outline holds a point of the map plane, or null. Here: a grid of unit squares.
     virtual Cell* cellAt(float x, float y);
-    // Writes the map to its file; a file that cannot be opened leaves everything as it was.
+    // Replaces the map's file whole, so that the file is at every moment the old map or the new one;
+    // a file that cannot be written leaves everything as it was and says why on standard error.
     virtual void save();
     virtual void write(std::ostream& out);
     virtual void setArea(float x, float y, float width, float height);
