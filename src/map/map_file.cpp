@@ -14,6 +14,7 @@
 #include <ostream>
 #include <sstream>
 
+#include "map/ground_picture.h"
 #include "map/hex_map.h"
 #include "rules/field_reader.h"
 #include "rules/file_replacement.h"
@@ -28,9 +29,9 @@ unsigned int loadTexture(const char* name) {
     ILuint image = 0;
     ilGenImages(1, &image);
     ilBindImage(image);
-    ilLoadImage(name);
-    // The image library makes the mipmaps and the texture in one call.
-    GLuint texture = ilutGLBindMipmaps();
+    // The image library makes the mipmaps and the texture in one call. A picture it must not be
+    // given leaves the map without one, under this name too, so that it is refused only once.
+    GLuint texture = readGroundPicture(name) ? ilutGLBindMipmaps() : 0;
     ilDeleteImages(1, &image);
     textureCache[name] = texture;
     return texture;
