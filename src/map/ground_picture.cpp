@@ -61,6 +61,15 @@ const char* groundPictureFault(std::string_view bytes) {
     }
     if (blockBytes == 0 && pixelBytes == 0) return "is in a format that the program does not read";
 
+    // The library sizes what it reads by the pitch or linear size, when there is one: it must be
+    // what the sides give, a row's bytes or the first level's.
+    std::size_t rowBytes = pixelBytes * width;
+    std::size_t firstLevel =
+        blockBytes ? blockBytes * ((width + 3) / 4) * ((height + 3) / 4) : rowBytes * height;
+    std::uint32_t stated = word(bytes, 20);
+    if (stated != 0 && stated != firstLevel && (blockBytes || stated != rowBytes))
+        return "states a size that its sides do not give";
+
     std::uint32_t levels = std::max<std::uint32_t>(mipmaps, 1), possible = 1;
     for (std::uint32_t side = std::max(width, height); side > 1; side /= 2)
         ++possible;

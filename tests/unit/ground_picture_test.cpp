@@ -46,7 +46,12 @@ TEST_F(GroundPicture, OnlyFlatPicturesOfKnownFormatsWhoseLevelsAllLieInTheFileAr
         {withWord(rgb, 88, 16), "is in a format that the program does not read"},
         {withWord(dxt1, 28, 5), "announces more mipmap levels than its size allows"},
         {withWord(dxt1, 28, 0xffffffff), "announces more mipmap levels than its size allows"},
-        {withWord(dxt1, 12, 4096), "is shorter than its header says"},
+        {withWord(withWord(dxt1, 12, 4096), 20, 0), "is shorter than its header says"},
+        {withWord(dxt1, 20, 0), nullptr},
+        {withWord(rgb, 20, 2 * 8 * 3), nullptr},
+        {withWord(dxt1, 20, 0xda000020), "states a size that its sides do not give"},
+        {withWord(dxt1, 20, 16), "states a size that its sides do not give"},
+        {withWord(rgb, 20, 7), "states a size that its sides do not give"},
     };
     for (const auto& [bytes, fault] : cases) {
         const char* said = groundPictureFault(bytes);
