@@ -277,7 +277,9 @@ TEST_F(FrameStepTest, KeysGoToTheFocusWindowOnceAndAreDroppedWithoutOne) {
     EXPECT_FALSE(keyDown['W']);
 }
 
-TEST_F(FrameStepTest, PointerHandlersMayDeleteTheirWindowItsParentOrTheWindowThePointerEnters) {
+// Every place of the frame step where a handler runs, each with a handler that deletes its own
+// window, its parent, the window the pointer enters or the dragged window.
+TEST_F(FrameStepTest, AnyHandlerMayDeleteItsWindowItsParentTheEnteredOrTheDraggedWindow) {
     auto itemThenNext = [this] {
         moveTo(17, 54.5f);
         moveTo(27, 54.5f);
@@ -296,26 +298,6 @@ TEST_F(FrameStepTest, PointerHandlersMayDeleteTheirWindowItsParentOrTheWindowThe
             release();
         };
     };
-    Deletion cases[] = {
-        {"item", "leave", "next", itemThenNext, {"panel:enter"}},
-        {"item", "leave", "panel", itemThenNext, {"stage:enter"}},
-        {"item", "leave", "item", itemThenNext, {"next:enter"}},
-        {"next", "enter", "next", itemThenNext, {}},
-        {"next", "enter", "panel", itemThenNext, {}},
-        {"item", "move", "item", wiggle, {}},
-        {"panel", "drag start", "item", pull(4), {"panel:enter"}},
-        {"panel", "drag start", "panel", pull(4), {"stage:enter"}},
-        {"panel",
-         "drag start",
-         "next",
-         pull(8),
-         {"item:leave", "panel:enter", "panel:accepts item?", "panel:drop refused item"}},
-    };
-    for (const Deletion& d : cases)
-        run(d);
-}
-
-TEST_F(FrameStepTest, DropButtonAndKeyHandlersMayDeleteTheirWindowItsParentOrTheDraggedWindow) {
     auto dropOnOther = [this] { drag(17, 54.5f, 70, 60, 1); };
     auto clickItem = [this] { click(17, 54.5f); };
     auto pressAndRelease = [this](int button) {
@@ -344,6 +326,19 @@ TEST_F(FrameStepTest, DropButtonAndKeyHandlersMayDeleteTheirWindowItsParentOrThe
         click(27, 54.5f);
     };
     Deletion cases[] = {
+        {"item", "leave", "next", itemThenNext, {"panel:enter"}},
+        {"item", "leave", "panel", itemThenNext, {"stage:enter"}},
+        {"item", "leave", "item", itemThenNext, {"next:enter"}},
+        {"next", "enter", "next", itemThenNext, {}},
+        {"next", "enter", "panel", itemThenNext, {}},
+        {"item", "move", "item", wiggle, {}},
+        {"panel", "drag start", "item", pull(4), {"panel:enter"}},
+        {"panel", "drag start", "panel", pull(4), {"stage:enter"}},
+        {"panel",
+         "drag start",
+         "next",
+         pull(8),
+         {"item:leave", "panel:enter", "panel:accepts item?", "panel:drop refused item"}},
         {"other", "accepts", "item", dropOnOther, {}},
         {"other", "accepts", "other", dropOnOther, {"panel:drop refused item"}},
         {"other", "accepts", "panel", dropOnOther, {}},

@@ -36,9 +36,8 @@ TEST_F(WindowDraw, BackgroundAndOutlineStandAtTheirLogicalPlacesAndLaterSiblings
     Window* back = solid(60, 10, 20, 20, {255, 0, 0});
     solid(60, 10, 20, 20, {0, 0, 255});
     frame();
-    EXPECT_EQ(pixel(35, 40), (Rgb{255, 0, 0}));
-    EXPECT_EQ(pixel(19, 40), (Rgb{0, 0, 0}));
-    EXPECT_EQ(pixel(51, 40), (Rgb{0, 0, 0}));
+    EXPECT_EQ(std::tuple(pixel(19, 40), pixel(35, 40), pixel(51, 40)),
+              std::tuple(Rgb{0, 0, 0}, Rgb{255, 0, 0}, Rgb{0, 0, 0}));
     // The outline: x 20 and 50 are pixels 204.8 and 512, y 30 and 50 are 230.4 and 384.
     for (auto [px, py] : {std::pair{205, 307}, {511, 307}, {358, 230}, {358, 383}})
         EXPECT_TRUE(colourNear(px, py, {0, 0, 255})) << px << ", " << py;

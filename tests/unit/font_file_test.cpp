@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <tuple>
 
 #include "toolkit/font.h"
 
@@ -37,24 +38,15 @@ struct Parsed {
     bool operator()(const std::string& bytes) { return parseFont(bytes, w, h, first, last, glyphs, pixels); }
 };
 
-TEST(FontFile, AWellFormedFileGivesItsHeaderGlyphsAndPixels) {
-    Parsed p;
-    ASSERT_TRUE(p(smallFont()));
-    EXPECT_EQ(p.w, 4);
-    EXPECT_EQ(p.h, 2);
-    EXPECT_EQ(p.first, 65);
-    EXPECT_EQ(p.last, 67);
-    ASSERT_EQ(p.glyphs.size(), 3u);
-    EXPECT_EQ(p.glyphs[2].dx, 3.0f);
-    EXPECT_EQ(p.glyphs[0].tx2, 0.25f);
-    EXPECT_EQ(p.pixels.size(), 16u);
-}
-
-TEST(FontFile, ShortAndDamagedFilesAreRefusedWithoutReadingPastTheData) {
+TEST(FontFile, AWellFormedFileGivesItsDataAndShortOrDamagedOnesAreRefusedWithoutReadingPastIt) {
     std::string good = smallFont();
     Parsed p;
-    for (std::size_t n = 0; n < good.size(); ++n)
-        EXPECT_FALSE(p(good.substr(0, n))) << n << " bytes";
+    ASSERT_TRUE(p(good + "trailing bytes are ignored"));
+    ASSERT_EQ(p.glyphs.size(), 3u);
+    EXPECT_EQ(std::tuple(p.w, p.h, p.first, p.last, p.glyphs[2].dx, p.glyphs[0].tx2, p.pixels.size()),
+              std::tuple(4, 2, 65, 67, 3.0f, 0.25f, 16u));
+    for (std::size_t n = 0; n <= good.size(); ++n)
+        EXPECT_EQ(p(good.substr(0, n)), n == good.size()) << n << " bytes";
     struct Damage {
         std::size_t at;
         std::int32_t value;
@@ -71,19 +63,19 @@ TEST(FontFile, ShortAndDamagedFilesAreRefusedWithoutReadingPastTheData) {
         std::memcpy(s.data() + d.at, &d.value, 4);
         EXPECT_FALSE(p(s)) << "at " << d.at;
     }
-    EXPECT_TRUE(p(good + "trailing bytes are ignored"));
 }
 
 TEST(FontFile, WithoutAFontTextMeasuresHalfTheSizePerCharacterAndCountsLines) {
     ASSERT_FALSE(fontLoaded);
-    EXPECT_EQ(measureText("", 2), 0);
-    EXPECT_EQ(measureText("abc", 2), 3);
-    EXPECT_EQ(measureText("ab\nabcd\nx", 1), 2) << "the widest line";
-    EXPECT_EQ(measureText("a\tb", 1), 2.5f) << "the tab goes to the stop at 2";
-    EXPECT_EQ(measureText("abcd", 0), 4) << "size 0 uses the current size of 2";
-    EXPECT_EQ(lineCount(""), 1);
-    EXPECT_EQ(lineCount("one\ntwo"), 2);
-    EXPECT_EQ(lineCount("ends in a newline\n"), 2);
+    const std::tuple<const char*, float, float, int> cases[] = {
+        {"", 2, 0, 1},
+        {"abc", 2, 3, 1},
+        {"ab\nabcd\nx", 1, 2, 3}, // the widest line
+        {"a\tb", 1, 2.5f, 1},     // the tab goes to the stop at 2
+        {"abcd", 0, 4, 1},        // size 0 uses the current size of 2
+        {"ends in a newline\n", 1, 8.5f, 2}};
+    for (auto [text, size, width, lines] : cases)
+        EXPECT_EQ(std::pair(measureText(text, size), lineCount(text)), std::pair(width, lines)) << text;
 }
 
 TEST(FontFile, LoadingAMissingOrDamagedFileLeavesTheFontUnloaded) {
