@@ -3,10 +3,8 @@
 //
 // The picture is the one that drawing every cell on its own in immediate mode made: a textured base
 // pass with the faces a little behind the lines, black outlines, red walls that win over outlines of
-// equal depth, and the layers blended over the faces one after another. The layers go as one colour
-// for each cell, mixed into the ground as the faces are drawn, which comes out as blending them
-// in turn did but for a shade of rounding. Only the order of the cells changes (pass by pass
-// instead of cell by cell), which matters nowhere but where two faces lie in one plane.
+// equal depth, and the layers blended over faces of equal depth. Only the order of the cells changes
+// (pass by pass instead of cell by cell), which matters nowhere but where two faces lie in one plane.
 // The triangles are the ones that the renderer makes of the old fan and quad strip, in the same
 // vertex order, so that depths and texture coordinates come out the same to the bit.
 //
@@ -55,8 +53,13 @@ enum Group {
     footLines,                            // + side: at the foot of a higher neighbour
     cornerLines = footLines + directions, // + corner: upright between two flanks
     walls = cornerLines + directions,
-    groupCount
+    layerGroups, // the face groups again for each of the three sparse layers
+    groupCount = layerGroups + 3 * faceGroups
 };
+// The first group of a layer's faces; difficulty paints every face and uses the base groups.
+int firstGroupOf(Layer layer) {
+    return layer == Layer::difficulty ? tops : layerGroups + faceGroups * static_cast<int>(layer);
+}
 
 constexpr Layer layers[layerCount] = {Layer::light, Layer::smoke, Layer::protection, Layer::difficulty};
 unsigned bit(Layer layer) {
@@ -165,26 +168,6 @@ unsigned char channel(float f) {
     return static_cast<unsigned char>(std::nearbyint(f * 255.0f));
 }
 
-// What the layers that are switched on make of a cell, as one colour laid over the ground: each
-// layer in turn blends its colour over what the ones before left, so that the ground keeps the
-// product of what each lets through, and the colours add up, each dimmed by the layers over it.
-// The alphas are taken in eight bits, as the renderer would take each layer's own.
-void compositeColour(const Cell& cell, unsigned wanted, unsigned char rgba8[4]) {
-    float through = 1, sum[3] = {0, 0, 0};
-    for (Layer layer : layers) {
-        float rgba[4];
-        if (!(wanted & bit(layer)) || !layerColour(cell, layer, rgba)) continue;
-        float a = channel(rgba[3]) / 255.0f;
-        for (int i = 0; i < 3; ++i)
-            sum[i] = sum[i] * (1 - a) + std::clamp(rgba[i], 0.0f, 1.0f) * a;
-        through *= 1 - a;
-    }
-    float alpha = 1 - through;
-    for (int i = 0; i < 3; ++i)
-        rgba8[i] = alpha > 0 ? channel(sum[i] / alpha) : 0;
-    rgba8[3] = channel(alpha);
-}
-
 void appendBytes(std::string& s, const void* p, std::size_t n) {
     s.append(static_cast<const char*>(p), n);
 }
@@ -260,10 +243,9 @@ struct MapMesh::Block {
     Facing flankFacing[tileCount][directions];
     Facing footFacing[tileCount][directions];
     Facing cornerFacing[tileCount][directions][2]; // the planes of the two flanks at the corner
-    // The vertices of each cell, in the order in which the build laid the cells down.
-    std::vector<std::uint16_t> cellVertices;
-    unsigned layers = 0; // the layers whose colours are in the colour buffer
-    std::size_t bytes = 0, colourBytes = 0;
+    std::size_t colourOffsets[layerCount] = {};
+    unsigned layers = 0; // layers whose colours and faces are in the buffers
+    std::size_t bytes = 0;
     bool dirty = true;
 };
 
@@ -271,6 +253,7 @@ struct MapMesh::Block {
 struct MapMesh::Builder {
     std::vector<Vector3> vertices;
     std::vector<GLushort> groups[groupCount];
+    std::vector<unsigned char> colours[layerCount];
     std::vector<GLuint> bottoms; // a cell's corners at z = 0, made when a flank or line needs them
 };
 
@@ -356,9 +339,8 @@ void MapMesh::lookAtFollowed() {
     }
 }
 
-void MapMesh::build(Block& block) {
+void MapMesh::build(Block& block, unsigned wanted) {
     Builder b;
-    block.cellVertices.clear();
     auto indexOf = [&](const Cell* c) { return c - firstCell; };
     for (int t = 0; t < tileCount; ++t) {
         int tc = block.column0 + (t % tilesAcross) * tileSide, tr = block.row0 + (t / tilesAcross) * tileSide;
@@ -391,6 +373,9 @@ void MapMesh::build(Block& block) {
                 block.surroundings[t].add(cell);
                 for (int i = 0; i < n; ++i)
                     if (cell.neighbours[i]) block.surroundings[t].add(*cell.neighbours[i]);
+                std::size_t faceStarts[faceGroups];
+                for (int g = 0; g < faceGroups; ++g)
+                    faceStarts[g] = b.groups[g].size();
 
                 // The top, as the fan from the last corner to the first.
                 for (int j = 1; j + 1 < n; ++j)
@@ -460,7 +445,21 @@ void MapMesh::build(Block& block) {
                 for (int i = 0; i < n; ++i)
                     if (cell.walls[i]) put(walls, {top(i), top((i + 1) % n)});
 
-                block.cellVertices.push_back(static_cast<std::uint16_t>(b.vertices.size() - base));
+                for (Layer layer : layers) {
+                    if (!(wanted & bit(layer))) continue;
+                    float rgba[4] = {0, 0, 0, 0};
+                    bool painted = layerColour(cell, layer, rgba);
+                    int first = firstGroupOf(layer);
+                    for (int g = 0; painted && first != tops && g < faceGroups; ++g)
+                        b.groups[first + g].insert(b.groups[first + g].end(),
+                                                   b.groups[g].begin() + std::ptrdiff_t(faceStarts[g]),
+                                                   b.groups[g].end());
+                    const unsigned char rgba8[4] = {channel(rgba[0]), channel(rgba[1]), channel(rgba[2]),
+                                                    channel(rgba[3])};
+                    auto& colours = b.colours[static_cast<int>(layer)];
+                    for (std::size_t v = base; v < b.vertices.size(); ++v)
+                        colours.insert(colours.end(), rgba8, rgba8 + 4);
+                }
             }
         for (int g = 0; g < groupCount; ++g)
             block.starts[g][t + 1] = static_cast<std::uint32_t>(b.groups[g].size());
@@ -484,42 +483,30 @@ void MapMesh::build(Block& block) {
         block.vertices = names[0], block.indices = names[1], block.colours = names[2];
     }
     block.vertexCount = static_cast<GLuint>(b.vertices.size());
+    std::size_t colourBytes = 0;
+    for (Layer layer : layers) {
+        block.colourOffsets[static_cast<int>(layer)] = colourBytes;
+        colourBytes += b.colours[static_cast<int>(layer)].size();
+    }
     glBindBuffer(GL_ARRAY_BUFFER, block.vertices);
     glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(b.vertices.size() * sizeof(Vector3)), b.vertices.data(),
                  GL_STATIC_DRAW);
+    glBindBuffer(GL_ARRAY_BUFFER, block.colours);
+    glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(colourBytes), nullptr, GL_STATIC_DRAW);
+    for (Layer layer : layers) {
+        const auto& c = b.colours[static_cast<int>(layer)];
+        if (!c.empty())
+            glBufferSubData(GL_ARRAY_BUFFER, GLintptr(block.colourOffsets[static_cast<int>(layer)]),
+                            GLsizeiptr(c.size()), c.data());
+    }
     glBindBuffer(GL_ARRAY_BUFFER, 0);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, block.indices);
     glBufferData(GL_ELEMENT_ARRAY_BUFFER, GLsizeiptr(all.size() * sizeof(GLushort)), all.data(),
                  GL_STATIC_DRAW);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
-    block.bytes = b.vertices.size() * sizeof(Vector3) + all.size() * sizeof(GLushort) +
-                  block.cellVertices.capacity() * sizeof(std::uint16_t);
-    block.layers = 0;
-    block.colourBytes = 0;
-    block.dirty = false;
-}
-
-void MapMesh::paint(Block& block, unsigned wanted) {
-    std::vector<unsigned char> colours;
-    colours.reserve(std::size_t(block.vertexCount) * 4);
-    std::size_t cell = 0;
-    for (int t = 0; t < tileCount; ++t) {
-        int tc = block.column0 + (t % tilesAcross) * tileSide, tr = block.row0 + (t / tilesAcross) * tileSide;
-        for (int r = tr; r < std::min(tr + tileSide, block.row0 + block.rows); ++r)
-            for (int c = tc; c < std::min(tc + tileSide, block.column0 + block.columns); ++c) {
-                unsigned char rgba8[4];
-                compositeColour(*map.cells[std::size_t(r) * std::size_t(map.columns) + std::size_t(c)],
-                                wanted, rgba8);
-                for (int v = 0; v < block.cellVertices[cell]; ++v)
-                    colours.insert(colours.end(), rgba8, rgba8 + 4);
-                ++cell;
-            }
-    }
-    glBindBuffer(GL_ARRAY_BUFFER, block.colours);
-    glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(colours.size()), colours.data(), GL_STATIC_DRAW);
-    glBindBuffer(GL_ARRAY_BUFFER, 0);
-    block.colourBytes = colours.size();
+    block.bytes = b.vertices.size() * sizeof(Vector3) + colourBytes + all.size() * sizeof(GLushort);
     block.layers = wanted;
+    block.dirty = false;
 }
 
 void MapMesh::face(InView& v, float eyeX, float eyeY, std::uint32_t inside) const {
@@ -544,6 +531,9 @@ void MapMesh::face(InView& v, float eyeX, float eyeY, std::uint32_t inside) cons
                 v.groups[cornerLines + d] |= tile;
         }
     }
+    for (int l = 0; l < 3; ++l)
+        for (int g = 0; g < faceGroups; ++g)
+            v.groups[layerGroups + faceGroups * l + g] = v.groups[g];
 }
 
 void MapMesh::drawGroups(const InView& v, int first, int last, unsigned mode) const {
@@ -582,7 +572,7 @@ void MapMesh::draw(unsigned texture) {
         if (layerShown(layer)) wanted |= bit(layer);
     // A block whose cells changed is built whether in view or not: its bounds may have moved.
     for (Block& b : blocks)
-        if (b.dirty) build(b);
+        if (b.dirty) build(b, wanted);
 
     const Camera& camera = map.camera;
     float projection[16], view[16], m[16];
@@ -612,8 +602,8 @@ void MapMesh::draw(unsigned texture) {
             if (underground || b.surroundings[t].within(eye, reach)) inside |= 1u << t;
         }
         if (!tiles) continue;
-        // A layer switched on or off since the block's colours were made, or the block built anew.
-        if (wanted && wanted != b.layers) paint(b, wanted);
+        // A layer switched on since the block was built.
+        if (wanted & ~b.layers) build(b, wanted);
         if (inView.size() <= count) inView.emplace_back();
         InView& v = inView[count++];
         v.block = &b;
@@ -639,10 +629,6 @@ void MapMesh::draw(unsigned texture) {
         glEnable(GL_BLEND);
     else
         glDisable(GL_BLEND);
-    // The layers' colour goes over the ground as the faces are drawn: the texture unit mixes the
-    // vertex colour into the picture by the colour's alpha, as blending would over the drawn face.
-    // Over a picture with alpha of its own, or with no picture, they need a pass of their own.
-    bool layersInGround = wanted && texture && !alphaBits;
     glEnable(GL_POLYGON_OFFSET_FILL);
     glPolygonOffset(1, 0.5f);
     glMatrixMode(GL_TEXTURE);
@@ -652,35 +638,13 @@ void MapMesh::draw(unsigned texture) {
     glMatrixMode(GL_MODELVIEW);
     glEnable(GL_TEXTURE_2D);
     glColor4f(1, 1, 1, 1);
-    if (layersInGround) {
-        glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_COMBINE);
-        glTexEnvi(GL_TEXTURE_ENV, GL_COMBINE_RGB, GL_INTERPOLATE);
-        glTexEnvi(GL_TEXTURE_ENV, GL_SOURCE0_RGB, GL_PRIMARY_COLOR);
-        glTexEnvi(GL_TEXTURE_ENV, GL_OPERAND0_RGB, GL_SRC_COLOR);
-        glTexEnvi(GL_TEXTURE_ENV, GL_SOURCE1_RGB, GL_TEXTURE);
-        glTexEnvi(GL_TEXTURE_ENV, GL_OPERAND1_RGB, GL_SRC_COLOR);
-        glTexEnvi(GL_TEXTURE_ENV, GL_SOURCE2_RGB, GL_PRIMARY_COLOR);
-        glTexEnvi(GL_TEXTURE_ENV, GL_OPERAND2_RGB, GL_SRC_ALPHA);
-        glTexEnvi(GL_TEXTURE_ENV, GL_COMBINE_ALPHA, GL_REPLACE);
-        glTexEnvi(GL_TEXTURE_ENV, GL_SOURCE0_ALPHA, GL_TEXTURE);
-        glTexEnvi(GL_TEXTURE_ENV, GL_OPERAND0_ALPHA, GL_SRC_ALPHA);
-        glEnableClientState(GL_COLOR_ARRAY);
-    }
     glEnableClientState(GL_TEXTURE_COORD_ARRAY);
     for (const InView& v : inView) {
         bind(*v.block);
         glTexCoordPointer(2, GL_FLOAT, sizeof(Vector3), nullptr);
-        if (layersInGround) {
-            glBindBuffer(GL_ARRAY_BUFFER, v.block->colours);
-            glColorPointer(4, GL_UNSIGNED_BYTE, 0, nullptr);
-        }
         drawGroups(v, tops, faceGroups, GL_TRIANGLES);
     }
     glDisableClientState(GL_TEXTURE_COORD_ARRAY);
-    if (layersInGround) {
-        glDisableClientState(GL_COLOR_ARRAY);
-        glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
-    }
     glDisable(GL_TEXTURE_2D);
     glMatrixMode(GL_TEXTURE);
     glPopMatrix();
@@ -704,17 +668,24 @@ void MapMesh::draw(unsigned texture) {
             drawGroups(v, walls, walls + 1, GL_LINES);
         }
     }
-    // Otherwise the layers repaint the faces over what the passes before left there, at the depth of
-    // the base pass, which only the equal test lets through.
-    if (wanted && !layersInGround) {
+    // Each layer repaints the faces over what the passes before left there: untextured, or white
+    // smoke and black darkness would vanish into the ground's colours, and at the depth of the base
+    // pass, which only the equal test lets through.
+    if (wanted) {
         glEnable(GL_BLEND);
         glEnable(GL_POLYGON_OFFSET_FILL);
         glEnableClientState(GL_COLOR_ARRAY);
-        for (const InView& v : inView) {
-            bind(*v.block);
-            glBindBuffer(GL_ARRAY_BUFFER, v.block->colours);
-            glColorPointer(4, GL_UNSIGNED_BYTE, 0, nullptr);
-            drawGroups(v, tops, faceGroups, GL_TRIANGLES);
+        for (Layer layer : layers) {
+            if (!(wanted & bit(layer))) continue;
+            int first = firstGroupOf(layer);
+            for (const InView& v : inView) {
+                bind(*v.block);
+                glBindBuffer(GL_ARRAY_BUFFER, v.block->colours);
+                glColorPointer(
+                    4, GL_UNSIGNED_BYTE, 0,
+                    reinterpret_cast<const void*>(v.block->colourOffsets[static_cast<int>(layer)]));
+                drawGroups(v, first, first + faceGroups, GL_TRIANGLES);
+            }
         }
         glDisableClientState(GL_COLOR_ARRAY);
         glDisable(GL_POLYGON_OFFSET_FILL);
@@ -747,7 +718,7 @@ std::size_t MapMesh::bytes() const {
     for (const InView& v : inView)
         total += sizeof v + v.groups.capacity() * sizeof(std::uint32_t);
     for (const Block& b : blocks)
-        total += b.bytes + b.colourBytes;
+        total += b.bytes;
     for (const Followed& f : followed)
         total += sizeof f + f.drawn.capacity();
     return total;

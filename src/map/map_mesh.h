@@ -61,9 +61,7 @@ class MapMesh {
 
     // Blocks laid out afresh when the grid is new or has another size.
     void layOut();
-    void build(Block& block);
-    // The colours of the layers that are switched on, one for each vertex.
-    void paint(Block& block, unsigned layers);
+    void build(Block& block, unsigned layers);
     void lookAtFollowed();
     int blockIndexOf(int column, int row) const;
     // The masks of the groups of a block in view, for the camera's eye.
