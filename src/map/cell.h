@@ -43,4 +43,5 @@ class Cell : public Observed {
     float pathCost = 0;
     float pathEstimate = 0;
     unsigned char pathState = 255; // 255 unseen, 0 open, 1 closed
+    unsigned pathOpenStamp = 0;    // which of its entries on the open list is the live one
 };

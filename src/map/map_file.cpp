@@ -5,6 +5,7 @@
 #define ILUT_USE_OPENGL
 #include <IL/ilut.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
@@ -13,6 +14,7 @@
 #include <fstream>
 #include <ostream>
 #include <sstream>
+#include <vector>
 
 #include "map/ground_picture.h"
 #include "map/hex_map.h"
@@ -22,6 +24,59 @@
 
 std::map<std::string, unsigned int> textureCache;
 
+namespace {
+bool powerOfTwo(int n) {
+    return n > 0 && (n & (n - 1)) == 0;
+}
+
+// The bound image, bottom row first as OpenGL takes it, with its mipmaps: each level the mean of
+// the level above, two by two and rounded half up. A picture that lets nothing through is kept
+// without alpha, so that drawing it needs no blending. False, with nothing made, for an image that
+// is not a square or oblong of powers of two, which is left to the image library.
+bool makeMipmaps(GLuint texture) {
+    int width = ilGetInteger(IL_IMAGE_WIDTH), height = ilGetInteger(IL_IMAGE_HEIGHT);
+    if (!powerOfTwo(width) || !powerOfTwo(height) || ilGetInteger(IL_IMAGE_DEPTH) != 1) return false;
+    if (!ilConvertImage(IL_RGBA, IL_UNSIGNED_BYTE)) return false;
+    const unsigned char* data = ilGetData();
+    if (!data) return false;
+    auto w = static_cast<std::size_t>(width), h = static_cast<std::size_t>(height);
+    std::vector<unsigned char> level(w * h * 4);
+    bool upperLeft = ilGetInteger(IL_IMAGE_ORIGIN) == IL_ORIGIN_UPPER_LEFT;
+    for (std::size_t row = 0; row < h; ++row)
+        std::memcpy(&level[row * w * 4], data + (upperLeft ? h - 1 - row : row) * w * 4, w * 4);
+    bool opaque = true;
+    for (std::size_t i = 3; i < level.size() && opaque; i += 4)
+        opaque = level[i] == 255;
+    GLint format = opaque ? GL_RGB : GL_RGBA;
+
+    glBindTexture(GL_TEXTURE_2D, texture);
+    std::vector<unsigned char> next;
+    for (int l = 0;; ++l) {
+        glTexImage2D(GL_TEXTURE_2D, l, format, GLsizei(w), GLsizei(h), 0, GL_RGBA, GL_UNSIGNED_BYTE,
+                     level.data());
+        if (w == 1 && h == 1) break;
+        // A side of one stays one: its texels are taken twice.
+        std::size_t nw = std::max<std::size_t>(w / 2, 1), nh = std::max<std::size_t>(h / 2, 1);
+        std::size_t dx = w > 1 ? 4 : 0, dy = h > 1 ? w * 4 : 0;
+        next.resize(nw * nh * 4);
+        for (std::size_t y = 0; y < nh; ++y)
+            for (std::size_t x = 0; x < nw; ++x) {
+                const unsigned char* a = &level[((h > 1 ? 2 * y : y) * w + (w > 1 ? 2 * x : x)) * 4];
+                for (int c = 0; c < 4; ++c)
+                    next[(y * nw + x) * 4 + std::size_t(c)] =
+                        static_cast<unsigned char>((a[c] + a[dx + c] + a[dy + c] + a[dx + dy + c] + 2) / 4);
+            }
+        level.swap(next);
+        w = nw, h = nh;
+    }
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
+    return true;
+}
+} // namespace
+
 unsigned int loadTexture(const char* name) {
     auto cached = textureCache.find(name);
     if (cached != textureCache.end()) return cached->second;
@@ -29,9 +84,18 @@ unsigned int loadTexture(const char* name) {
     ILuint image = 0;
     ilGenImages(1, &image);
     ilBindImage(image);
-    // The image library makes the mipmaps and the texture in one call. A picture it must not be
-    // given leaves the map without one, under this name too, so that it is refused only once.
-    GLuint texture = readGroundPicture(name) ? ilutGLBindMipmaps() : 0;
+    // A picture that must not go to the image library leaves the map without one, under this name
+    // too, so that it is refused only once.
+    GLuint texture = 0;
+    if (readGroundPicture(name)) {
+        glGenTextures(1, &texture);
+        if (!makeMipmaps(texture)) {
+            glDeleteTextures(1, &texture);
+            // The image library makes the mipmaps and the texture in one call of whatever else it
+            // holds.
+            texture = ilutGLBindMipmaps();
+        }
+    }
     ilDeleteImages(1, &image);
     textureCache[name] = texture;
     return texture;

@@ -7,21 +7,55 @@
 // - a cell's sort key is its cost plus the square root of its distance to the target, fixed at the
 //   first sight of the cell even when a shorter way to it turns up later;
 // - among equal keys the cell put on the open list last comes first.
+#include <algorithm>
 #include <cmath>
-#include <list>
+#include <cstdint>
+#include <vector>
 
 #include "map/map.h"
 #include "rules/character.h"
 #include "rules/speed.h"
 
 namespace {
-// Before the first entry whose key is at least the cell's own: the newest of equal keys first.
-void insertSorted(std::list<Cell*>& open, Cell* cell) {
-    auto at = open.begin();
-    while (at != open.end() && (*at)->pathEstimate < cell->pathEstimate)
-        ++at;
-    open.insert(at, cell);
+// The open list as a binary heap: least key first, the newest of equal keys first. A cell put on
+// the list again (a shorter way reached it) keeps its key and becomes the newest; its older entries
+// stay in the heap and are passed over when they come up, known by a stamp that is not the cell's.
+struct OpenEntry {
+    float key;
+    std::uint32_t stamp; // the count of entries made before this one
+    Cell* cell;
+};
+// True when a comes out after b.
+bool later(const OpenEntry& a, const OpenEntry& b) {
+    if (a.key != b.key) return a.key > b.key;
+    return a.stamp < b.stamp;
 }
+
+class OpenList {
+  public:
+    void push(Cell* cell) {
+        cell->pathOpenStamp = next;
+        heap.push_back({cell->pathEstimate, next++, cell});
+        std::push_heap(heap.begin(), heap.end(), later);
+    }
+    // The first live entry, or null when none is left.
+    Cell* front() {
+        while (!heap.empty()) {
+            const OpenEntry& e = heap.front();
+            if (e.cell->pathState == 0 && e.cell->pathOpenStamp == e.stamp) return e.cell;
+            pop();
+        }
+        return nullptr;
+    }
+    void pop() {
+        std::pop_heap(heap.begin(), heap.end(), later);
+        heap.pop_back();
+    }
+
+  private:
+    std::vector<OpenEntry> heap;
+    std::uint32_t next = 0;
+};
 
 // The colour of the line where the way has run `length` metres.
 PathStep colouredStep(Cell* cell, float length, float lowerLimit, float limit, float move) {
@@ -49,40 +83,40 @@ void Map::findPath(Character* mover) {
 
     start->pathCost = 0;
     start->pathParent = nullptr;
-    std::list<Cell*> open;
-    insertSorted(open, start);
-    for (Cell* c : cells)
-        c->pathState = 255;
+    // Every cell is unseen between searches: the cells that this one sees are set back at its end,
+    // which costs the cells seen rather than the whole map.
+    std::vector<Cell*> seen{start};
+    start->pathState = 0;
+    OpenList open;
+    open.push(start);
 
     bool found = false;
-    while (!open.empty()) {
-        Cell* cur = open.front();
+    while (Cell* cur = open.front()) {
         if (cur == target) {
             found = true;
             break;
         }
-        open.pop_front();
+        open.pop();
         cur->pathState = 1;
         for (int i = 0; i < cur->sides; ++i) {
             Cell* n = cur->neighbours[i];
             if (cur->walls[i] || !n) continue;
             // Height counts: a step up or down is longer than one on the flat.
             float g = cur->pathCost + distance(n, cur);
-            if (n->pathState == 1 && !(g < n->pathCost)) continue;
-            if (n->pathState == 0) {
-                if (!(g < n->pathCost)) continue;
-                open.remove(n);
-            }
+            if (n->pathState != 255 && !(g < n->pathCost)) continue;
             if (n->pathState == 255) {
                 n->pathEstimate = g + std::sqrt(distance(n, target));
                 if (n->pathEstimate > remaining) continue;
+                seen.push_back(n);
             }
             n->pathCost = g;
             n->pathParent = cur;
             n->pathState = 0;
-            insertSorted(open, n);
+            open.push(n);
         }
     }
+    for (Cell* c : seen)
+        c->pathState = 255;
     if (!found) return;
 
     pendingLength = target->pathCost + committedLength;

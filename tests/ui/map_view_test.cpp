@@ -1,8 +1,13 @@
 // The map on the screen: the terrain layers, walls, occupants, the path line, changes of cells, the
 // OpenGL state given back to the toolkit and the ground picture. The golden pictures hold the rest.
 #include <GL/gl.h>
+#include <unistd.h>
 
+#include <cstdint>
+#include <cstdio>
+#include <fstream>
 #include <sstream>
+#include <vector>
 
 #include "map_screen.h"
 #include "rules/faction.h"
@@ -205,4 +210,47 @@ TEST_F(MapScreen, TheGroundPictureRunsUnderTheWholeMapSpanningTwentySixAndAHalfU
     std::unique_ptr<Map> fromCrlf(loadMap(crlf, "qm2207.map6", nullptr));
     EXPECT_EQ(std::pair(fromCrlf->texture, textureCache.count("back.dds\r")),
               std::pair(loadTexture("back.dds"), std::size_t(0)));
+}
+
+// Pictures read from files: an opaque one is kept without alpha, so that the ground needs no
+// blending; one with alpha keeps it; each mipmap level is the two-by-two mean of the one above.
+TEST_F(MapScreen, AGroundPictureFromAFileKeepsAlphaOnlyWhenItHasSomeAndHalvesTwoByTwo) {
+    struct Case {
+        const char* name;
+        unsigned char lastAlpha;
+        bool keepsAlpha;
+        unsigned char halved[4]; // level 1, rounded half up
+    };
+    const Case cases[] = {{"opaque", 255, false, {26, 35, 45, 255}},
+                          {"seen_through", 128, true, {26, 35, 45, 223}}};
+    for (const Case& c : cases) {
+        const unsigned char texels[16] = {10, 20, 30, 255, 20, 30, 40, 255,
+                                          30, 40, 50, 255, 42, 50, 60, c.lastAlpha};
+        // An uncompressed DDS of 2 x 2 pixels at 32 bits, as the map reads its ground.
+        std::string bytes = "DDS ";
+        auto word = [&bytes](std::uint32_t w) {
+            for (int i = 0; i < 4; ++i) bytes += char((w >> (8 * i)) & 0xff);
+        };
+        word(124), word(0x100f), word(2), word(2), word(8), word(0), word(0);
+        for (int i = 0; i < 11; ++i) word(0);
+        word(32), word(0x41), word(0), word(32);
+        word(0x00ff0000), word(0x0000ff00), word(0x000000ff), word(0xff000000);
+        word(0x1000), word(0), word(0), word(0), word(0);
+        for (int i = 0; i < 4; ++i) {
+            const unsigned char* t = texels + 4 * i;
+            bytes += {char(t[2]), char(t[1]), char(t[0]), char(t[3])};
+        }
+        std::string file = "/tmp/hexfold-ground-" + std::to_string(getpid()) + "-" + c.name + ".dds";
+        std::ofstream(file, std::ios::binary) << bytes;
+        GLuint texture = loadTexture(file.c_str());
+        std::remove(file.c_str());
+        glBindTexture(GL_TEXTURE_2D, texture);
+        GLint alphaBits = 0;
+        glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_ALPHA_SIZE, &alphaBits);
+        unsigned char level1[4] = {};
+        glGetTexImage(GL_TEXTURE_2D, 1, GL_RGBA, GL_UNSIGNED_BYTE, level1);
+        glBindTexture(GL_TEXTURE_2D, 0);
+        EXPECT_EQ(alphaBits > 0, c.keepsAlpha) << c.name;
+        EXPECT_EQ(std::vector(level1, level1 + 4), std::vector(c.halved, c.halved + 4)) << c.name;
+    }
 }
