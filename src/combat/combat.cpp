@@ -120,6 +120,7 @@ int Combat::beginRound(Window*) {
         return 0;
     }
     beginButton->visible = false;
+    ++roundsBegun;
     for (Character* c : combatants)
         c->resetCombatState();
     current = nextCombatant(true);
