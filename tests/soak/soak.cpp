@@ -277,11 +277,35 @@ class Monkey {
         for (Window* c : w->children) findVisible(c, captions, found);
     }
 
-    Window* frontField(Window* w) {
-        if (!w->visible) return nullptr;
-        for (auto it = w->children.rbegin(); it != w->children.rend(); ++it)
-            if (Window* found = frontField(*it)) return found;
-        return dynamic_cast<Edit*>(w);
+    // A visible field, those of the combat panel's dialogues (declarations, dice) first.
+    Window* someField() {
+        std::vector<Window*> fields, ofCombat;
+        Combat* combat = findCombat(root);
+        targets.clear();
+        gather(root);
+        for (Window* w : targets) {
+            if (!dynamic_cast<Edit*>(w)) continue;
+            fields.push_back(w);
+            for (Window* p = w->parent; p; p = p->parent)
+                if (p == combat) ofCombat.push_back(w);
+        }
+        if (!ofCombat.empty() && pick(10) < 7) return ofCombat[pick(int(ofCombat.size()))];
+        return fields.empty() ? nullptr : fields[pick(int(fields.size()))];
+    }
+
+    // A right click on the free surface of the window in front, which closes lists and editors;
+    // false when no such point was found.
+    bool closeFront() {
+        Window* front = root->children.back();
+        Rect rect = screenRect(front);
+        for (int attempt = 0; attempt < 8; ++attempt) {
+            float lx = uniform(rect.x, rect.x + rect.w), ly = uniform(rect.y, rect.y + rect.h);
+            if (hitTest(root, lx, ly) == front) {
+                clickAt(lx, ly, 1);
+                return true;
+            }
+        }
+        return false;
     }
 
     // A referee's move rather than a monkey's: the buttons that move a fight on, a number and Enter
@@ -291,14 +315,7 @@ class Monkey {
                                                         "OK",           "End Turn",   "Other"};
         int r = pick(10);
         // A crowded screen hides the panel: a referee closes what lies in front.
-        if (root->children.size() > 14 && r < 4) {
-            Window* front = root->children.back();
-            Rect rect = screenRect(front);
-            for (int attempt = 0; attempt < 8; ++attempt) {
-                float lx = uniform(rect.x, rect.x + rect.w), ly = uniform(rect.y, rect.y + rect.h);
-                if (hitTest(root, lx, ly) == front) return clickAt(lx, ly, 1);
-            }
-        }
+        if (root->children.size() > 14 && r < 4 && closeFront()) return;
         if (r < 5) {
             std::vector<Window*> found;
             findVisible(root, onward, found);
@@ -307,14 +324,16 @@ class Monkey {
                 return clickAt(rect.x + rect.w / 2, rect.y + rect.h / 2, 0);
             }
         } else if (r < 8) {
-            // The front-most field: focused by a click, then a small number and Enter, as a
+            // A field: focused by a click, then a small number and Enter, as a
             // declaration or a die typed by hand.
-            Window* field = frontField(root);
+            Window* field = someField();
             if (field) {
                 Rect rect = screenRect(field);
                 clickAt(rect.x + rect.w / 2, rect.y + rect.h / 2, 0);
-                script::setKey('0' + pick(4), true);
-                script::setKey('0' + pick(4), false);
+                // One digit: a declaration of dozens of actions would hold the round for ever.
+                int digit = '0' + pick(4);
+                script::setKey(digit, true);
+                script::setKey(digit, false);
                 script::setKey(KEY_ENTER, true);
                 script::setKey(KEY_ENTER, false);
                 events += 4;
@@ -337,6 +356,42 @@ class Monkey {
             }
         }
         click(0);
+    }
+
+    // A referee's opening, so that a short run reaches a fight: both character lists opened, a few
+    // characters dragged onto the map, "Begin Combat".
+    void opening() {
+        std::vector<Window*> found;
+        for (const char* list : {"Characters", "NPCs"}) {
+            found.clear();
+            findVisible(root, {list}, found);
+            if (found.empty()) continue;
+            Rect rect = screenRect(found.front());
+            clickAt(rect.x + rect.w / 2, rect.y + rect.h / 2, 0);
+            for (int i = 0; i < 2; ++i) {
+                targets.clear();
+                gather(root);
+                std::vector<Window*> entries;
+                for (Window* w : targets)
+                    if (dynamic_cast<_ListEntry<Character>*>(w)) entries.push_back(w);
+                Combat* combat = findCombat(root);
+                if (entries.empty() || !combat || !combat->map) break;
+                Rect from = screenRect(entries[pick(int(entries.size()))]);
+                Rect to = screenRect(combat->map);
+                // The start camera shows the map's cells in the lower right of the view.
+                dragBetween(from.x + from.w / 2, from.y + from.h / 2, uniform(to.x + to.w / 3, to.x + to.w - 1),
+                            uniform(to.y + to.h / 3, to.y + to.h - 1));
+            }
+        }
+        // The lists opened under the dock cover the panel: a right click on the free surface of
+        // each window in front closes it.
+        for (int i = 0; i < 4 && root->children.size() > 6; ++i) closeFront();
+        found.clear();
+        findVisible(root, {"Begin Combat"}, found);
+        if (!found.empty()) {
+            Rect rect = screenRect(found.front());
+            clickAt(rect.x + rect.w / 2, rect.y + rect.h / 2, 0);
+        }
     }
 
     void once() {
@@ -437,6 +492,7 @@ int main(int argc, char** argv) {
         }
         monkey.root = hexfold;
         monkey.ended = false;
+        monkey.opening();
         while (monkey.events < wanted && !monkey.ended) {
             monkey.once();
             depth.take(hexfold, monkey.seen.size());
