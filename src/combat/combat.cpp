@@ -5,7 +5,10 @@
 #include <algorithm>
 
 #include "combat/action_window.h"
+#include "combat/attack_action.h"
+#include "combat/move_action.h"
 #include "combat/roll.h"
+#include "combat/throw_action.h"
 #include "editors/list_entry.h"
 #include "map/map.h"
 #include "rules/character.h"
@@ -76,7 +79,15 @@ Combat::Combat(Window* parent, float x, float y, float width, float height)
 }
 
 Combat::~Combat() {
+    // Children die front to back, and the map is older than the actions and the dice windows that
+    // point into it: they all go first, and the map last.
+    std::erase(children, map);
+    deleteChildren();
     dropMap();
+    // A grenade still burning outlives the panel that would tell of its explosion.
+    const DelegateOf<Grenade> told(this, &Combat::grenadeExploded);
+    for (Updatable* u : updatables)
+        if (auto* g = dynamic_cast<Grenade*>(u); g && g->explodeHandler == told) g->explodeHandler.clear();
 }
 
 void Combat::dropMap() {
@@ -136,8 +147,15 @@ int Combat::beginRound(Window*) {
 }
 
 int Combat::nextRound(Window*) {
+    std::size_t before = children.size();
     updateAll();
-    return beginRound(nullptr);
+    // A grenade that went off told of it in a box; the initiative roll must not hide it.
+    before = std::min(before, children.size());
+    std::list<WindowRef> told(children.begin() + static_cast<std::ptrdiff_t>(before), children.end());
+    beginRound(nullptr);
+    for (WindowRef& box : told)
+        if (box.get()) box->raise();
+    return 0;
 }
 
 Character* Combat::nextCombatant(bool restart) {
@@ -240,13 +258,21 @@ int Combat::onDrop(Window*) {
 
 int Combat::onOccupiedClick(Window*) {
     if (!acting()) return 0;
-    if (map->hovered->occupant == current)
+    Character* target = map->hovered->occupant;
+    if (target == current)
         new MessageBox(this, "Selfreferential", "Yes, that's you. What now?", -1, -1, 0, 0);
+    // A grenade is thrown at a free cell, never at someone.
+    else if (dynamic_cast<RangedWeapon*>(current->weapon) || dynamic_cast<MeleeWeapon*>(current->weapon))
+        startAttack(target);
     return 0;
 }
 
 int Combat::onEmptyClick(Window*) {
-    // Nothing starts from a free cell yet.
+    if (!acting()) return 0;
+    if (dynamic_cast<Grenade*>(current->weapon))
+        startThrow();
+    else
+        startMove();
     return 0;
 }
 
@@ -266,6 +292,41 @@ int Combat::onPathReset(Window*) {
     if (!acting()) return 0;
     map->clearCommittedPath();
     map->findPath(current);
+    return 0;
+}
+
+bool Combat::started(Dialogue* action) {
+    if (!action->visible) {
+        delete action; // refused, or over already: its message box says why
+        return false;
+    }
+    busy = true;
+    action->closeHandler.bind(this, &Combat::advanceTurn);
+    return true;
+}
+
+void Combat::startAttack(Character* target) {
+    started(new AttackAction(this, current, target, map));
+}
+
+void Combat::startThrow() {
+    auto* action = new ThrowAction(this, current, map);
+    // Bound before the throw: a grenade set to go off on impact does so at the end of it.
+    if (started(action)) action->grenade->explodeHandler.bind(this, &Combat::grenadeExploded);
+}
+
+void Combat::startMove() {
+    if (map->pendingPath.empty()) return;
+    // A move that needs no roll is over when the constructor returns; the turn stays while actions
+    // are left, so that a cautious step may come before an attack.
+    if (!started(new MoveAction(this, current, map)) && current->actions == 0) advanceTurn(nullptr);
+}
+
+int Combat::grenadeExploded(Grenade* g) {
+    // Nobody is hurt by it and no cell changes: the referee reads the rings off the item.
+    new MessageBox(this, "Kaboom", "A grenade went off and all I got was this lousy message box", -1, -1, 0,
+                   0);
+    delete g; // which takes it out of the updatables
     return 0;
 }
 

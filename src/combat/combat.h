@@ -7,11 +7,13 @@
 #include "editors/delete_button.h"
 #include "rules/random_source.h"
 #include "toolkit/button.h"
+#include "toolkit/dialogue.h"
 #include "toolkit/window.h"
 
 class ActionWindow;
 class Character;
 class Combat;
+class Grenade;
 class Map;
 
 // The combatants, each with an "X" that takes it out of the fight.
@@ -46,7 +48,15 @@ class ListWindow : public Window {
 //   declaring    below 0 or nothing, Enter      the field emptied                         declaring
 //   acting       weapon, "Reload", "Other"      an action spent; the turn passes          (turn)
 //   acting       "End Turn"                     the turn passes, nothing spent            (turn)
-//   acting       a click on the map             the map's handlers                        acting
+//   acting       a click on itself              "Yes, that's you. What now?"              acting
+//   acting       a click on another combatant   a gun or a blade in hand: the attack      resolving
+//   acting       a click on a free cell         a grenade in hand: the throw; else the    resolving
+//                                               move along the way laid down, if any
+//   acting       the action refused             its message box; nothing spent            acting
+//   acting       a move that needs no roll      the mover stands at the end of the way;   acting, or
+//                                               the turn passes if no action is left      (turn)
+//   resolving    the action's OK                the turn passes                           (turn)
+//   any          a grenade goes off             "Kaboom", and the grenade is gone         same
 //   nobody can   "Next Round"                   everyone ages a round; the round begins,  rolling, nobody
 //   act                                         or with nobody there "Begin Combat" is    can act, or
 //                                               back                                      preparing
@@ -86,6 +96,16 @@ class Combat : public Window {
 
     int saveMap(Window* sender);
 
+    // The actions of the current combatant. Each makes its window as a child of this panel; a
+    // refused one is deleted at no cost, else the panel is busy until the action's OK passes the turn.
+    void startAttack(Character* target);
+    void startThrow();
+    // Along the way laid down, if there is one. A move that needs no roll is over at once: the turn
+    // passes only if it took the last action.
+    void startMove();
+    // The message box, and the grenade is gone.
+    int grenadeExploded(Grenade* g);
+
     // In order of joining, then of initiative; not owned.
     std::list<Character*> combatants;
     Character* current = nullptr;
@@ -109,6 +129,8 @@ class Combat : public Window {
     void showTurn(Character* c);
     // The map goes, and nobody stands on its cells any more.
     void dropMap();
+    // A started action: a refused one goes, a running one makes the panel busy until it closes.
+    bool started(Dialogue* action);
 };
 
 // The current combatant cannot be removed; another leaves the list and the map.

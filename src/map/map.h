@@ -32,9 +32,10 @@ extern bool showWalls;
 
 // File name to OpenGL texture name, for the whole run; a texture is never forgotten.
 extern std::map<std::string, unsigned int> textureCache;
-// The texture of an image file, with mipmaps, read once per name. Whatever the image library makes
-// of a file it cannot read is cached all the same. Without a window there is no context to make a
-// texture in, and 0 comes back.
+// The texture of a DDS picture, with mipmaps, read once per name. A file that is missing or that
+// readGroundPicture refuses gives 0, cached all the same; whatever the image library makes of a
+// file it lets through is cached too. Without a window there is no context to make a texture in,
+// and 0 comes back.
 unsigned int loadTexture(const char* name);
 
 class Map : public Window {
@@ -69,7 +70,8 @@ class Map : public Window {
     virtual Cell* traceLine(Cell* from, Cell* to);
     // The cell whose outline holds a point of the map plane, or null. Here: a grid of unit squares.
     virtual Cell* cellAt(float x, float y);
-    // Writes the map to its file; a file that cannot be opened leaves everything as it was.
+    // Replaces the map's file whole, so that the file is at every moment the old map or the new one;
+    // a file that cannot be written leaves everything as it was and says why on standard error.
     virtual void save();
     virtual void write(std::ostream& out);
     virtual void setArea(float x, float y, float width, float height);

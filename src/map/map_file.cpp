@@ -5,14 +5,19 @@
 #define ILUT_USE_OPENGL
 #include <IL/ilut.h>
 
+#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <ostream>
+#include <sstream>
 
+#include "map/ground_picture.h"
 #include "map/hex_map.h"
 #include "rules/field_reader.h"
+#include "rules/file_replacement.h"
 #include "toolkit/graphics.h"
 
 std::map<std::string, unsigned int> textureCache;
@@ -24,9 +29,9 @@ unsigned int loadTexture(const char* name) {
     ILuint image = 0;
     ilGenImages(1, &image);
     ilBindImage(image);
-    ilLoadImage(name);
-    // The image library makes the mipmaps and the texture in one call.
-    GLuint texture = ilutGLBindMipmaps();
+    // The image library makes the mipmaps and the texture in one call. A picture it must not be
+    // given leaves the map without one, under this name too, so that it is refused only once.
+    GLuint texture = readGroundPicture(name) ? ilutGLBindMipmaps() : 0;
     ilDeleteImages(1, &image);
     textureCache[name] = texture;
     return texture;
@@ -138,9 +143,13 @@ void Map::write(std::ostream& out) {
 }
 
 void Map::saveAs(const char* fileName) {
-    std::ofstream out(fileName, std::ios::binary | std::ios::trunc);
-    if (!out) return;
-    write(out);
+    // Written whole beside the file and renamed over it, so that a save cut short, by a full disk or
+    // a crash, leaves the old map as it was.
+    std::ostringstream text;
+    write(text);
+    FileReplacement replacement;
+    if (!replacement.prepare(fileName, text.str()) || !replacement.commit())
+        std::fprintf(stderr, "%s: cannot be saved: %s\n", fileName, std::strerror(errno));
 }
 
 void Map::save() {

@@ -18,8 +18,9 @@ std::vector<Glyph> fontGlyphs;
 namespace {
 GLuint fontTexture = 0;
 
-// Nothing the program draws needs more; a header asking for more is damage, not a font.
-constexpr int maxTextureSide = 8192;
+// Nothing the program draws needs more; a header asking for more is damage, not a font. At this
+// side the file and its pixels take under 100 MiB while they are read.
+constexpr int maxTextureSide = 4096;
 constexpr int maxGlyphs = 65536;
 constexpr std::size_t maxFileSize = 2 * std::size_t(maxTextureSide) * maxTextureSide + 24 + 24 * maxGlyphs;
 
@@ -121,37 +122,41 @@ bool parseFont(const std::string& bytes, int& textureWidth, int& textureHeight, 
     return true;
 }
 
-void loadFont() {
-    unloadFont();
+bool readFontFile(FontFile& font) {
     std::ifstream in("verdana.glf", std::ios::binary);
-    if (!in) return;
+    if (!in) return false;
+    // Read no further than the largest font could reach, so that no file is taken in whole.
     std::string bytes;
     char block[65536];
     while (in && bytes.size() <= maxFileSize) {
         in.read(block, sizeof block);
         bytes.append(block, static_cast<std::size_t>(in.gcount()));
     }
+    return parseFont(bytes, font.textureWidth, font.textureHeight, font.firstChar, font.lastChar, font.glyphs,
+                     font.pixels);
+}
 
-    int w = 0, h = 0, first = 0, last = -1;
-    std::vector<Glyph> glyphs;
-    std::vector<unsigned char> pixels;
-    if (!parseFont(bytes, w, h, first, last, glyphs, pixels)) return;
+void loadFont() {
+    unloadFont();
+    FontFile font;
+    if (!readFontFile(font)) return;
 
     glGenTextures(1, &fontTexture);
     glBindTexture(GL_TEXTURE_2D, fontTexture);
     GLint alignment = 4;
     glGetIntegerv(GL_UNPACK_ALIGNMENT, &alignment);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-    glTexImage2D(GL_TEXTURE_2D, 0, 2, w, h, 0, GL_LUMINANCE_ALPHA, GL_UNSIGNED_BYTE, pixels.data());
+    glTexImage2D(GL_TEXTURE_2D, 0, 2, font.textureWidth, font.textureHeight, 0, GL_LUMINANCE_ALPHA,
+                 GL_UNSIGNED_BYTE, font.pixels.data());
     glPixelStorei(GL_UNPACK_ALIGNMENT, alignment);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP);
 
-    fontGlyphs = std::move(glyphs);
-    fontFirstChar = first;
-    fontLastChar = last;
+    fontGlyphs = std::move(font.glyphs);
+    fontFirstChar = font.firstChar;
+    fontLastChar = font.lastChar;
     fontLoaded = true;
 }
 

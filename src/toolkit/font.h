@@ -16,9 +16,18 @@ extern float currentFontSize;
 extern int fontFirstChar, fontLastChar;
 extern std::vector<Glyph> fontGlyphs;
 
+// What a font file holds: the glyph table and the luminance-alpha pixels of its texture.
+struct FontFile {
+    int textureWidth = 0, textureHeight = 0, firstChar = 0, lastChar = -1;
+    std::vector<Glyph> glyphs;
+    std::vector<unsigned char> pixels;
+};
+
 // Reads "verdana.glf" from the working directory; needs an OpenGL context. A missing, short or
 // damaged file leaves the font unloaded, and text is then not drawn.
 void loadFont();
+// The reading half of loadFont, without OpenGL; false for a missing, unreadable, short or damaged file.
+bool readFontFile(FontFile& font);
 // Parses a font file's bytes into the glyph table and pixels; false for a short or damaged file.
 bool parseFont(const std::string& bytes, int& textureWidth, int& textureHeight, int& firstChar, int& lastChar,
                std::vector<Glyph>& glyphs, std::vector<unsigned char>& pixels);

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <ostream>
 #include <vector>
@@ -239,6 +240,18 @@ std::string UiTest::screenshot(const std::string& name) {
     std::filesystem::create_directories(HEXFOLD_SCREENSHOT_DIR);
     std::string path = std::string(HEXFOLD_SCREENSHOT_DIR) + "/" + name + ".png";
     EXPECT_TRUE(savePng(path)) << "could not write " << path;
+    return path;
+}
+
+std::string UiTest::guidePicture(const std::string& name) {
+    std::string path = screenshot(name);
+    if (std::getenv("HEXFOLD_GUIDE_PICTURES")) {
+        std::error_code ec;
+        std::filesystem::create_directories(HEXFOLD_GUIDE_PICTURE_DIR, ec);
+        std::filesystem::copy_file(path, std::string(HEXFOLD_GUIDE_PICTURE_DIR) + "/" + name + ".png",
+                                   std::filesystem::copy_options::overwrite_existing, ec);
+        EXPECT_FALSE(ec) << "could not copy " << path << " into the guide: " << ec.message();
+    }
     return path;
 }
 

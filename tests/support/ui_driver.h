@@ -72,6 +72,9 @@ class UiTest : public ::testing::Test {
     Span columnsWhere(float x, float y, float w, float h, const std::function<bool(Rgb)>& wanted);
     // Writes the frame last drawn to build/screenshots/NAME.png and returns the path.
     std::string screenshot(const std::string& name);
+    // A screenshot that the referee's guide shows: with HEXFOLD_GUIDE_PICTURES set in the
+    // environment, it is written to docs/pictures/NAME.png as well.
+    std::string guidePicture(const std::string& name);
 
     // A window's rectangle on the screen, in logical units, found by adding up the positions
     // along its parent field.

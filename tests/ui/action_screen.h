@@ -104,14 +104,6 @@ class ActionScreen : public Model<ui::UiTest> {
         return closes == before + 1;
     }
 
-    // The screen as the referee sees it, map and all.
-    void picture(const std::string& name) {
-        map->visible = true;
-        frame();
-        screenshot(name);
-        map->visible = false;
-    }
-
     HexMap* map = nullptr;
     int closes = 0;
 };

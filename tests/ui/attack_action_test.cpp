@@ -140,7 +140,6 @@ TEST_F(AttackActions, TheRequestOffersWhatTheTargetCanStillDo) {
         std::tie(greedo->actions, greedo->actionsTaken) = std::tie(k.actions, k.taken);
         AttackAction* action = attack(*han, *greedo);
         EXPECT_EQ(offered(), k.shown) << k.actions << ", " << k.taken;
-        if (k.actions == noValue) picture("attack_reaction_request");
         drop(action);
         EXPECT_EQ(titled("Reaction Request"), nullptr) << "the request goes with its attack";
     }
@@ -170,7 +169,6 @@ TEST_F(AttackActions, AHitIsDamagedAndResistedAMissSpendsTheRoundAllTheSame) {
                                      "Greedo rolled dodge of 12\nTarget number is 12\n"
                                      "Han rolled 9 and missed\n");
     EXPECT_EQ(std::tuple(greedo->actions, greedo->actionsTaken, greedo->dodge), std::tuple(0, 1, 12));
-    picture("attack_report");
     EXPECT_TRUE(pressOk(action));
     EXPECT_EQ(std::tuple(han->actions, han->actionsTaken, pistol->ammo), std::tuple(1, 2, 0))
         << "the last round";

@@ -149,6 +149,6 @@ TEST_F(CellEditorShot, TheEditorOverTheSampleMap) {
     sample->hovered->walls[1] = true;
     clickOn(editor->wallSwitches[2]);
     EXPECT_TRUE(sample->hovered->walls[2] && editor->wallSwitches[1]->pressed);
-    screenshot("cell_editor");
+    guidePicture("cell_editor");
     showWalls = false;
 }

@@ -285,7 +285,7 @@ TEST_F(Sheet, TheSampleCampaignsSheet) {
     ASSERT_TRUE(mara);
     auto* sheet = open(*mara, 28, 2);
     EXPECT_TRUE(all<SkillButton>(sheet).size() > 5 && sheet->y + sheet->height <= 100);
-    screenshot("character_sheet");
+    guidePicture("character_sheet");
 }
 
 } // namespace

@@ -7,10 +7,15 @@
 
 #include "catalogue_screen.h"
 #include "combat/action_window.h"
+#include "combat/attack_action.h"
 #include "combat/combat.h"
+#include "combat/move_action.h"
 #include "combat/roll.h"
+#include "combat/throw_action.h"
+#include "combat/timer_window.h"
 #include "editors/list_window.h"
 #include "platform/glfw2.h"
+#include "rules/updatable.h"
 #include "shell/hexfold.h"
 #include "toolkit/message_box.h"
 #include "toolkit/select_button.h"
@@ -54,7 +59,7 @@ class CombatRounds : public CatalogueScreen {
         map->visible = false;
     }
     void shot(const std::string& name) {
-        map->visible = true, frame(), screenshot(name), map->visible = false;
+        map->visible = true, frame(), guidePicture(name), map->visible = false;
     }
     // From the Character List, which the dock opens, put aside over the map's far corner.
     void join(const std::string& name, Cell* c) {
@@ -85,7 +90,8 @@ class CombatRounds : public CatalogueScreen {
     void play(std::initializer_list<std::string> steps) {
         for (const std::string& s : steps) {
             Roll* roll = open<Roll>();
-            log.push_back((s[0] == 'r' && roll ? roll->character : combat->current)->name + " " + s);
+            log.push_back(s[0] == 'r' && roll ? roll->character->name + " " + roll->name + " " + s.substr(1)
+                                              : combat->current->name + " " + s);
             if (s[0] == 'r' || s[0] == 'd') {
                 if ((s[0] == 'r' && !roll) || (s[0] == 'd' && !open<NumActionRequest>()))
                     return ADD_FAILURE() << s;
@@ -99,6 +105,25 @@ class CombatRounds : public CatalogueScreen {
                 press(captioned<Button>(combat->actionWindow, s));
             }
         }
+    }
+    // The dialogue in front with this title, and its button with this caption.
+    Dialogue* titled(const std::string& title) {
+        auto found = all<Dialogue>(combat);
+        auto it =
+            std::find_if(found.rbegin(), found.rend(), [&](Dialogue* d) { return d->caption == title; });
+        return it == found.rend() ? nullptr : *it;
+    }
+    void answer(const std::string& title, const std::string& caption) {
+        Dialogue* d = titled(title);
+        press(d ? captioned<Button>(d, caption) : nullptr);
+    }
+    // The message in front, "caption: text", which goes with its OK.
+    std::string told() {
+        auto* box = open<MessageBox>();
+        if (!box) return "no message";
+        std::string said = box->caption + ": " + box->text->caption;
+        press(captioned<Button>(box, "OK"));
+        return said;
     }
     void remove(const std::string& name) {
         for (auto* b : all<DeleteButton<Combat, Character>>(combat->listWindow))
@@ -171,11 +196,12 @@ TEST_F(CombatRounds, TurnsWalkTheListInPassesAndTheRoundEndsByItselfWhenTheLastA
               std::pair(std::string("Mara Vell"), -1));
     findCharacter("Iselde Quay")->takeDamage(5);
     play({"Other", "d1", "Other", "Other", "r3"});
-    EXPECT_THAT(log, ElementsAre("Iselde Quay r9", "Juno Marrow r5", "Iselde Quay d2", "Iselde Quay Other",
-                                 "Juno Marrow d1", "Juno Marrow Other", "Iselde Quay Other", "Iselde Quay r4",
-                                 "Juno Marrow r8", "Juno Marrow d2", "Juno Marrow End Turn", "Iselde Quay d2",
+    EXPECT_THAT(log, ElementsAre("Iselde Quay Perception 9", "Juno Marrow Perception 5", "Iselde Quay d2",
+                                 "Iselde Quay Other", "Juno Marrow d1", "Juno Marrow Other",
+                                 "Iselde Quay Other", "Iselde Quay Perception 4", "Juno Marrow Perception 8",
+                                 "Juno Marrow d2", "Juno Marrow End Turn", "Iselde Quay d2",
                                  "Iselde Quay Other", "Juno Marrow Other", "Mara Vell d1", "Mara Vell Other",
-                                 "Juno Marrow Other", "Juno Marrow r3"));
+                                 "Juno Marrow Other", "Juno Marrow Perception 3"));
 }
 
 TEST_F(CombatRounds, AFactionRollsOnceByItsFirstMemberAndTiesGoToPerceptionThenToTheCoin) {
@@ -189,7 +215,7 @@ TEST_F(CombatRounds, AFactionRollsOnceByItsFirstMemberAndTiesGoToPerceptionThenT
     join("Mara Vell", cell(7, 1));
     press(combat->beginButton);
     play({"r7", "r9"});
-    EXPECT_THAT(log, ElementsAre("Mara Vell r7", "Juno Marrow r9"));
+    EXPECT_THAT(log, ElementsAre("Mara Vell Perception 7", "Juno Marrow Perception 9"));
     EXPECT_EQ(std::tuple(tobin->getInitiative(), iselde->getInitiative(), mara->getInitiative()),
               std::tuple(7, 7, 7));
     EXPECT_THAT(order(), ElementsAre("Juno Marrow", "Mara Vell", "Iselde Quay", "Tobin Greaves"));
@@ -296,6 +322,120 @@ TEST_F(CombatRounds, TheMenuChangesWeaponsReloadsAndPassesTheTurnButNeverWhileAR
               std::tuple(pistol, 2, std::string("Harpoon Pistol|Unarmed Reload")));
     play({"Reload"});
     EXPECT_EQ(std::tuple(pistol->ammo, mara->actions, combat->current), std::tuple(pistol->maxAmmo, 1, mara));
+}
+
+// Two sides fight three rounds through the panel alone: the mouse on the map and the menu, the dice
+// typed in. Shots: fight_move_report, fight_reaction_request, fight_timer_window, fight_grenade_report.
+TEST_F(CombatRounds, AWholeFightMovesAttacksAndThrowsUntilTheGrenadeGoesOffTwoRoundsLater) {
+    Character *mara = findCharacter("Mara Vell"), *tobin = findCharacter("Tobin Greaves"),
+              *iselde = findCharacter("Iselde Quay");
+    auto* pistol = static_cast<RangedWeapon*>(mara->weapon);
+    const int rounds = pistol->ammo;
+    Grenade* bomb = nullptr;
+    for (Item* item : iselde->inventory)
+        if (item->name == "Static Bomb") bomb = static_cast<Grenade*>(item);
+    ASSERT_TRUE(bomb);
+    cell(7, 5)->difficulty = 16; // a slick of oil across Mara's way: a normal run over it needs 16
+    join("Mara Vell", cell(7, 7));
+    join("Tobin Greaves", cell(2, 7));
+    join("Iselde Quay", cell(1, 1));
+    press(combat->beginButton);
+    press(open<Roll>()->entryEdit);
+    // The crew rolls once, by Mara; Tobin's "Perception" is the lower, so he goes after her.
+    play({"r12", "r8", "d2"});
+    EXPECT_THAT(order(), ElementsAre("Mara Vell", "Tobin Greaves", "Iselde Quay"));
+
+    // Mara runs six metres up her column, slips on the oil, and gets halfway: three of seven cells.
+    pointAt(cell(7, 1));
+    pointAt(cell(7, 1), true);
+    auto* move = open<MoveAction>();
+    ASSERT_TRUE(move);
+    EXPECT_TRUE(combat->busy) << "the map and the menu wait for the action";
+    play({"r11"});
+    EXPECT_EQ(move->text->caption, "Mara Vell is moving at normal speed\nTerrain difficulty is 16\n"
+                                   "Total difficulty is 16\nSlip, -3D for remaining round, -1D next round\n");
+    EXPECT_EQ(mara->cell, cell(7, 4));
+    shot("fight_move_report");
+    press(captioned<Button>(move, "OK"));
+    EXPECT_EQ(combat->current, tobin) << "OK passes the turn";
+    play({"d1", "Other", "d2", "+Static Bomb"});
+
+    // Mara shoots; Iselde dodges with an extra action, is hit, and resists.
+    pointAt(cell(1, 1), true);
+    Dialogue* request = titled("Reaction Request");
+    ASSERT_TRUE(request);
+    EXPECT_TRUE(captioned<Label>(request, "Iselde Quay, any reaction to Mara Vell\ntaking a shot at you?"));
+    shot("fight_reaction_request");
+    answer("Reaction Request", "Extra\naction");
+    play({"r9", "r14", "r12", "r10"});
+    auto* attack = open<AttackAction>();
+    ASSERT_TRUE(attack);
+    EXPECT_EQ(
+        attack->text->caption,
+        "Mara Vell shoots Iselde Quay at 5.4m\nPosition adds cover of 0D (0)\nIselde Quay is taking an extra "
+        "action to react\n"
+        "Iselde Quay rolled dodge of 9\nTarget number is 9\nMara Vell rolled 14 and hit\n"
+        "Mara Vell hits for 12 damage\nIselde Quay rolls resist of 10, is Stunned and is now Stunned\n");
+    press(captioned<Button>(attack, "OK"));
+
+    // Iselde throws the bomb at a free cell with a fuse of one round.
+    EXPECT_EQ(combat->current, iselde);
+    pointAt(cell(4, 3), true);
+    auto* toss = open<ThrowAction>();
+    ASSERT_TRUE(toss);
+    shot("fight_timer_window");
+    type("1");
+    tap(platform::KEY_ENTER);
+    play({"r15"});
+    EXPECT_EQ(toss->text->caption, "Iselde Quay throws grenade at 2.7m\nDifficulty is 5\nIselde Quay sets "
+                                   "grenade to explode after 1 rounds\nIselde Quay rolled 15 and hit\n");
+    shot("fight_grenade_report");
+    press(captioned<Button>(toss, "OK"));
+    // Her last action ended the round: the bomb burns on.
+    EXPECT_EQ(std::pair(std::ranges::count(updatables, static_cast<Updatable*>(bomb)), open<MessageBox>()),
+              std::pair(1l, (MessageBox*)nullptr));
+
+    // Round 2. A free cautious step keeps the turn; a walk that takes the last action passes it. A
+    // blow out of reach is refused and costs nothing.
+    play({"r7", "r6", "d1"});
+    pointAt(cell(7, 2));
+    pointAt(cell(7, 2), true);
+    EXPECT_EQ(std::tuple(mara->cell, combat->current, combat->busy, open<MoveAction>()),
+              std::tuple(cell(7, 2), mara, false, nullptr));
+    play({"Other", "d1"});
+    pointAt(cell(1, 1), true);
+    EXPECT_EQ(told(), "Out of Range: Think of something else");
+    EXPECT_EQ(std::tuple(tobin->actions, combat->current, combat->busy), std::tuple(1, tobin, false));
+    pointAt(cell(2, 1));
+    pointAt(cell(2, 1), true);
+    EXPECT_EQ(std::tuple(tobin->cell, combat->current), std::tuple(cell(2, 1), iselde));
+    // Her last action ends the round, and the bomb goes off at its end.
+    play({"d1", "Other"});
+    EXPECT_EQ(combat->children.back(), open<MessageBox>()) << "in front of the initiative roll";
+    EXPECT_EQ(told(), "Kaboom: A grenade went off and all I got was this lousy message box");
+    EXPECT_TRUE(updatables.end() == std::ranges::find(updatables, static_cast<Updatable*>(bomb)));
+
+    // Round 3: everyone as the fight left them.
+    EXPECT_EQ(std::tuple(mara->cell, mara->health, pistol->ammo, mara->moveSpeed),
+              std::tuple(cell(7, 2), 0, rounds - 1, 1));
+    EXPECT_EQ(std::tuple(tobin->cell, tobin->health, tobin->moveSpeed), std::tuple(cell(2, 1), 0, 2));
+    EXPECT_EQ(std::tuple(iselde->cell, iselde->health, iselde->weapon, iselde->inventory.size()),
+              std::tuple(cell(1, 1), 6, (Weapon*)unarmedWeapon, 4u));
+    // The panel goes with a run open and its dice waiting: the run clears its way on a map that
+    // still stands.
+    press(open<Roll>()->entryEdit); // the keys went with the box
+    play({"r5", "r4", "d1"});
+    pointAt(cell(7, 6));
+    pointAt(cell(7, 6), true);
+    EXPECT_TRUE(open<MoveAction>() && open<Roll>());
+    EXPECT_THAT(log, ElementsAre("Mara Vell Perception 12", "Iselde Quay Perception 8", "Mara Vell d2",
+                                 "Mara Vell Running 11", "Tobin Greaves d1", "Tobin Greaves Other",
+                                 "Iselde Quay d2", "Iselde Quay +Static Bomb", "Iselde Quay Dodge 9",
+                                 "Mara Vell Pistols 14", "Mara Vell Damage 12", "Iselde Quay PResist 10",
+                                 "Iselde Quay Thrown Weapons 15", "Mara Vell Perception 7",
+                                 "Iselde Quay Perception 6", "Mara Vell d1", "Mara Vell Other",
+                                 "Tobin Greaves d1", "Iselde Quay d1", "Iselde Quay Other",
+                                 "Mara Vell Perception 5", "Iselde Quay Perception 4", "Mara Vell d1"));
 }
 
 } // namespace

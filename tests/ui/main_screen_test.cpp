@@ -69,7 +69,7 @@ TEST_F(MainScreen, TheDockOpensEachListUnderItsEntryOnceRaisesItAndForgetsItWhen
     map->visible = true;
     moveOnto(entry(app->itemList, allItems.front()));
     ASSERT_TRUE(app->characterList && app->npcList && app->itemList && app->factionList && app->skillList);
-    screenshot("main_screen");
+    guidePicture("main_screen");
 }
 
 } // namespace

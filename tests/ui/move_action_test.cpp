@@ -27,6 +27,7 @@ TEST_F(MoveActions, ARefusalSaysWhyCostsNothingAndClearsTheWay) {
     };
     const Case cases[] = {
         {[](Character& c) { c.actions = 0; }, 4, 17, "Nope: No more actions this round"},
+        {[](Character& c) { c.moved = true; }, 4, 17, "Nope: You already moved this round"},
         // A normal way over rough ground asks for a roll of nothing.
         {[this](Character& c) {
              c.addPenalty(new Penalty("Wound", {4, 0}, -1, "All")), cell(4, 16)->difficulty = 16;
@@ -57,8 +58,9 @@ TEST_F(MoveActions, ARefusalSaysWhyCostsNothingAndClearsTheWay) {
     EXPECT_EQ(std::tuple(slow.actions, slow.moveSpeed, slow.moved), std::tuple(1, 0, false));
 }
 
-TEST_F(MoveActions, AWayThatNeedsNoRollIsWalkedAtOnce) {
-    // Cautious over difficulty 12: free, even for one who can no longer run, who may still attack.
+// The combat panel's fight walks the other ways without a roll: a free cautious step over easy
+// ground, and a normal one that costs an action.
+TEST_F(MoveActions, ACautiousWayOverMediumGroundIsFreeEvenForOneWhoCanNoLongerRun) {
     Character& c = runner();
     auto* wound = new Penalty("Wound", {4, 0}, -1, "All");
     c.addPenalty(wound);
@@ -72,18 +74,7 @@ TEST_F(MoveActions, AWayThatNeedsNoRollIsWalkedAtOnce) {
     EXPECT_TRUE(map->committedPath.empty() && map->pendingPath.empty());
     c.removePenalty(wound);
     c.addSkill(new Skill("Brawling", {3, 0}));
-    wayTo(c, 4, 19);
-    EXPECT_EQ(move(c), nullptr) << "a second move";
-    EXPECT_EQ(refusal(), "Nope: You already moved this round");
     EXPECT_NE(begin(new AttackAction(root, &c, &target, map)), nullptr) << "the attack goes ahead";
-
-    // Normal over easy ground: no roll, but an action.
-    Character& walker = fighter("Wren", 8, 20, {});
-    walker.move = 5;
-    wayTo(walker, 8, 16);
-    EXPECT_EQ(move(walker), nullptr);
-    EXPECT_EQ(std::tuple(walker.cell, walker.actions, walker.actionsTaken, walker.moveSpeed),
-              std::tuple(cell(8, 16), 0, 1, 2));
 }
 
 // A high run of 7 over difficulty 16 needs 21, a full out run of 12 needs 31. A tie succeeds; a
@@ -131,7 +122,6 @@ TEST_F(MoveActions, TheRunningRollTakesTheRunnerToTheEndOrSlipsFallsOrTumbles) {
                       k.lines);
         EXPECT_EQ(std::pair(c.cell, c.health), std::pair(cell(4, k.row), k.health)) << k.roll;
         EXPECT_TRUE(map->committedPath.empty()) << k.roll;
-        if (k.roll == 15) picture("move_report");
         EXPECT_TRUE(pressOk(action)) << k.roll;
         c.cell->occupant = nullptr;
     }

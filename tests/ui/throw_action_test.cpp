@@ -131,7 +131,6 @@ TEST_F(ThrowActions, TheTimerSetsWhenTheThrownGrenadeGoesOff) {
         grenade = inHand(k.listened);
         explosions.clear();
         ThrowAction* action = throwAt(4, 13);
-        if (k.timer == "2") picture("throw_timer_window");
         setTimer(action, k.timer);
         sharedRandom.seedWord(seedFor({1, 1}));
         EXPECT_EQ(rolled(k.roll), "Kira Grenade");
@@ -142,7 +141,6 @@ TEST_F(ThrowActions, TheTimerSetsWhenTheThrownGrenadeGoesOff) {
         EXPECT_TRUE(gone()) << k.timer;
         EXPECT_EQ(std::pair(kira->actions, kira->actionsTaken), std::pair(0, 1)) << k.timer;
         EXPECT_EQ(explosions, std::vector<bool>(k.listened && k.rounds < 0, false)) << k.timer;
-        if (k.timer == "Impact") picture("throw_report");
         EXPECT_TRUE(pressOk(action)) << k.timer;
         okShown = true;
         for (int round = 0; round < k.rounds; ++round)

@@ -57,7 +57,9 @@ TEST_F(MapFiles, EachClassOfMapSavesToItsOwnFileAndAFailedSaveChangesNothing) {
     SquareMap(2, 2).save();
     EXPECT_TRUE(std::filesystem::exists("qm2207.map8"));
     std::filesystem::create_directory("qm2207.map6"); // cannot be opened for writing
+    ::testing::internal::CaptureStderr();
     hexMap(2, 2)->save();
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "qm2207.map6: cannot be saved: Is a directory\n");
     EXPECT_TRUE(std::filesystem::is_directory("qm2207.map6"));
 }
 

@@ -1,15 +1,8 @@
 // The build's tools: run as processes, they answer bad input with one message and a non-zero exit
 // status, never a signal; the map maker's reader finds each fault of a description with its line.
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-
-#include <vector>
-
 #include "map_description.h"
+#include "process.h"
 #include "temp_dir.h"
-
-extern char** environ;
 
 namespace {
 class Tools : public TempDirTest {
@@ -17,19 +10,8 @@ class Tools : public TempDirTest {
     // The tool's exit status, or minus the signal that ended it, and what it wrote to standard error.
     static std::pair<int, std::string> run(std::vector<std::string> args) {
         args[0] = std::string(HEXFOLD_TOOLS_DIR "/") + args[0];
-        std::vector<char*> argv;
-        for (std::string& a : args)
-            argv.push_back(a.data());
-        argv.push_back(nullptr);
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, 2, "errors.txt", O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        pid_t pid = 0;
-        int status = 0;
-        if (posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ) != 0) status = 127 << 8;
-        posix_spawn_file_actions_destroy(&actions);
-        if (pid) waitpid(pid, &status, 0);
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), read("errors.txt")};
+        ProcessResult result = runProcess(args);
+        return {result.status, result.err};
     }
 };
 } // namespace
@@ -50,7 +32,10 @@ TEST_F(Tools, BadInputGetsAMessageAndAnExitStatusNeverASignal) {
         {{"make_ground"}, "make_ground: usage: make_ground OUTPUT.dds [SIZE]\n"},
         {{"make_ground", "out.dds", "4294967312"},
          "make_ground: size must be a power of two from 16 to 4096\n"},
-        {{"make_ground", "missing/out.dds", "16"}, "make_ground: cannot write missing/out.dds\n"}};
+        {{"make_ground", "missing/out.dds", "16"}, "make_ground: cannot write missing/out.dds\n"},
+        {{"make_icon"}, "make_icon: usage: make_icon OUTPUT.png [SIZE]\n"},
+        {{"make_icon", "out.png", "8"}, "make_icon: size must lie between 16 and 1024\n"},
+        {{"make_icon", "missing/out.png", "16"}, "make_icon: cannot write missing/out.png\n"}};
     for (const auto& [args, message] : cases) {
         auto [status, errors] = run(args);
         EXPECT_EQ(std::pair(status > 0, errors), std::pair(true, message)) << args[0] << " " << args.size();
