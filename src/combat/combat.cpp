@@ -131,6 +131,7 @@ int Combat::beginRound(Window*) {
         return 0;
     }
     beginButton->visible = false;
+    ++roundsBegun;
     for (Character* c : combatants)
         c->resetCombatState();
     current = nextCombatant(true);

@@ -115,6 +115,8 @@ class Combat : public Window {
     ActionWindow* actionWindow;
     Map* map = nullptr;
     bool busy = true;
+    // Rounds begun since the panel was made; nothing shows it, a long test reads how far a fight went.
+    int roundsBegun = 0;
     // Stands on current or at the end.
     std::list<Character*>::iterator cursor;
     // Tosses the coin between combatants equal in initiative and "Perception".

@@ -53,7 +53,20 @@ uint32_t systemSeedHash(uint64_t time, uint32_t clock) {
     return (h1 + differ++) ^ h2;
 }
 
+namespace {
+// Zero while the system seeds; else the next word that a seeding "from the system" takes.
+uint32_t replaySeed = 0;
+} // namespace
+
+void replaySystemSeeds(uint32_t first) {
+    replaySeed = first;
+}
+
 void RandomSource::seedFromSystem() {
+    if (replaySeed != 0) {
+        seedWord(replaySeed++);
+        return;
+    }
     seedFromDevice("/dev/urandom");
 }
 

@@ -43,5 +43,10 @@ class RandomSource {
 // counter that grows with each call so that two seedings within one clock tick still differ.
 uint32_t systemSeedHash(uint64_t time, uint32_t clock);
 
+// For runs that must repeat (the soak): from now on every seeding from the system takes a word of
+// the sequence first, first + 1, ... instead, so that the same input gives the same dice. A first
+// word of 0 gives the system back its seeding.
+void replaySystemSeeds(uint32_t first);
+
 // Seeded from the system before main runs.
 extern RandomSource sharedRandom;

@@ -219,13 +219,11 @@ UiTest::Span UiTest::columnsWhere(float x, float y, float w, float h,
     return s;
 }
 
-std::string UiTest::screenshot(const std::string& name) {
+bool savePng(const std::string& path) {
     std::vector<unsigned char> data(1024 * 768 * 3);
     glReadBuffer(GL_BACK);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glReadPixels(0, 0, 1024, 768, GL_RGB, GL_UNSIGNED_BYTE, data.data());
-    std::filesystem::create_directories(HEXFOLD_SCREENSHOT_DIR);
-    std::string path = std::string(HEXFOLD_SCREENSHOT_DIR) + "/" + name + ".png";
     ILuint image = 0;
     ilGenImages(1, &image);
     ilBindImage(image);
@@ -235,7 +233,13 @@ std::string UiTest::screenshot(const std::string& name) {
     ilEnable(IL_FILE_OVERWRITE);
     bool saved = ilSaveImage(path.c_str()) == IL_TRUE;
     ilDeleteImages(1, &image);
-    EXPECT_TRUE(saved) << "could not write " << path;
+    return saved;
+}
+
+std::string UiTest::screenshot(const std::string& name) {
+    std::filesystem::create_directories(HEXFOLD_SCREENSHOT_DIR);
+    std::string path = std::string(HEXFOLD_SCREENSHOT_DIR) + "/" + name + ".png";
+    EXPECT_TRUE(savePng(path)) << "could not write " << path;
     return path;
 }
 

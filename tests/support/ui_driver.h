@@ -94,6 +94,9 @@ class UiTest : public ::testing::Test {
     Window* root = nullptr; // a Root, or a test's own application object
 };
 
+// Writes the frame last drawn to a PNG file; false when it cannot be written.
+bool savePng(const std::string& path);
+
 // The campaign directory of the build, where the font lies; UI tests start in it.
 std::string campaignDir();
 
