@@ -1,6 +1,8 @@
 // Combat rounds on the main screen, worked as a referee works them: characters of the sample campaign
 // dragged from the Character List onto the map, initiative typed into the dice roller, actions
-// declared, turns passed with the menu. Shots: combat_preparing, _rolling, _declaring, _acting.
+// declared, turns passed with the menu, moves, attacks and throws from the map. Shots: combat_preparing,
+// _rolling, _declaring, _acting; fight_way, _move_report, _reaction_request, _attack_report,
+// _timer_window, _grenade_report.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -347,6 +349,7 @@ TEST_F(CombatRounds, AWholeFightMovesAttacksAndThrowsUntilTheGrenadeGoesOffTwoRo
 
     // Mara runs six metres up her column, slips on the oil, and gets halfway: three of seven cells.
     pointAt(cell(7, 1));
+    shot("fight_way");
     pointAt(cell(7, 1), true);
     auto* move = open<MoveAction>();
     ASSERT_TRUE(move);
@@ -376,6 +379,7 @@ TEST_F(CombatRounds, AWholeFightMovesAttacksAndThrowsUntilTheGrenadeGoesOffTwoRo
         "action to react\n"
         "Iselde Quay rolled dodge of 9\nTarget number is 9\nMara Vell rolled 14 and hit\n"
         "Mara Vell hits for 12 damage\nIselde Quay rolls resist of 10, is Stunned and is now Stunned\n");
+    shot("fight_attack_report");
     press(captioned<Button>(attack, "OK"));
 
     // Iselde throws the bomb at a free cell with a fuse of one round.
