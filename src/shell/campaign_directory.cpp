@@ -60,9 +60,10 @@ CampaignDirectory enterCampaignDirectory(const char* given, const char* dataHome
     CampaignDirectory result;
     std::error_code ec;
     fs::path dir;
+    bool chosen = given || holdsCampaign(".");
     if (given)
         dir = given;
-    else if (holdsCampaign("."))
+    else if (chosen)
         dir = ".";
     else if (dataHome && dataHome[0] == '/')
         dir = fs::path(dataHome) / "hexfold" / "campaign";
@@ -76,8 +77,9 @@ CampaignDirectory enterCampaignDirectory(const char* given, const char* dataHome
     // "/a/b/" names the directory b: the copy's name is taken from the last component.
     if (!dir.has_filename()) dir = dir.parent_path();
     // Installed with the prefix ~/.local, the sample lies where the user's own campaign goes: played
-    // there, the next installation would overwrite the saved characters.
-    if (!given && fs::equivalent(dir, sample, ec)) {
+    // there, the next installation would overwrite the saved characters. A sample that the referee
+    // chose, by naming it or by starting in it (the build's own, by scripts/run), is played as chosen.
+    if (!chosen && fs::equivalent(dir, sample, ec)) {
         result.error = "cannot use " + dir.string() +
                        " as your campaign: the sample campaign is installed there (install Hexfold under "
                        "another prefix, or set XDG_DATA_HOME elsewhere)";

@@ -102,6 +102,8 @@ TEST_F(CampaignDirectoryTest, WhatCannotBeMadeOrEnteredIsToldInOneLineAndLeavesN
               "cannot use " + (dir / "data/hexfold/campaign").string() +
                   " as your campaign: the sample campaign is installed there (install Hexfold under another "
                   "prefix, or set XDG_DATA_HOME elsewhere)");
+    // Started in the sample itself, as scripts/run starts in the build's, it is played as chosen.
+    EXPECT_EQ(enter(nullptr, (dir / "data").c_str(), nullptr, "sample").path, dir / "sample");
     fs::remove_all(dir / "sample");
     EXPECT_EQ(enter("new").error, "cannot make the campaign directory " + at +
                                       "/new: there is no sample campaign at " + (dir / "sample").string());
