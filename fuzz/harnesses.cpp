@@ -77,11 +77,6 @@ void loadSampleSkills() {
     loadSkills(in);
 }
 
-void clearModel() {
-    // Last, what only the list of updatables holds: a grenade set burning.
-    clearFactions(), clearCharacters(), clearItems(), clearSkills(), deleteUpdatables();
-}
-
 // Each input starts from an empty model and the same dice, and leaves nothing behind.
 struct FreshModel {
     FreshModel() { clearModel(), sharedRandom.seedWord(0x5eed); }

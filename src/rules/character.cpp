@@ -2,6 +2,7 @@
 #include "rules/character.h"
 
 #include "rules/faction.h"
+#include "rules/updatable.h"
 
 #include <algorithm>
 #include <vector>
@@ -285,4 +286,8 @@ void clearCharacters() {
         delete allCharacters.front();
     while (!allNpcs.empty())
         delete allNpcs.front();
+}
+
+void clearModel() {
+    clearFactions(), clearCharacters(), clearItems(), clearSkills(), deleteUpdatables();
 }

@@ -161,3 +161,7 @@ Character* findCharacter(const std::string& name);
 
 // Deletes every character and NPC.
 void clearCharacters();
+
+// Empties the whole model: factions, characters, items, skills, and last what nothing but the list
+// of updatables holds (a grenade still burning). Windows that point into the model go first.
+void clearModel();

@@ -113,8 +113,8 @@ int main(int argc, char** argv) {
                     break;
                 }
     }
-    // Once the windows that point into the model are gone, the catalogues go; last, what nothing but
-    // the list of updatables holds, a grenade still burning. Nothing is left for a leak checker.
-    clearFactions(), clearCharacters(), clearItems(), clearSkills(), deleteUpdatables();
+    // Once the windows that point into the model are gone, the model goes: nothing is left for a
+    // leak checker.
+    clearModel();
     return status;
 }

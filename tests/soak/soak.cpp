@@ -45,18 +45,8 @@ using namespace platform;
 
 namespace {
 
-struct Rect {
-    float x, y, w, h;
-};
-
-Rect screenRect(Window* w) {
-    Rect r{0, 0, w->width, w->height};
-    for (Window* p = w; p; p = p->parent) {
-        r.x += p->x;
-        r.y += p->y;
-    }
-    return r;
-}
+using ui::Rect;
+using ui::screenRect;
 
 // What went wrong, or empty.
 std::string fault;
@@ -515,11 +505,7 @@ int main(int argc, char** argv) {
         // The program asked to end: start it again on the same files, as a referee would.
         if (monkey.ended) ++restarts;
         delete hexfold;
-        deleteUpdatables();
-        clearCharacters();
-        clearFactions();
-        clearItems();
-        clearSkills();
+        clearModel();
         resetInputState();
         script::reset();
         monkey.shift = false;

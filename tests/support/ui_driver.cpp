@@ -127,7 +127,7 @@ void UiTest::drag(float fromX, float fromY, float toX, float toY, int steps) {
     release(0);
 }
 
-UiTest::Rect UiTest::screenRect(Window* w) {
+Rect screenRect(Window* w) {
     Rect r{0, 0, w->width, w->height};
     for (Window* p = w; p; p = p->parent) {
         r.x += p->x;

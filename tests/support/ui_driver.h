@@ -21,6 +21,14 @@ std::ostream& operator<<(std::ostream& out, const Rgb& c);
 // True when two colours differ by at most `tolerance` in every channel.
 bool near(Rgb a, Rgb b, int tolerance = 8);
 
+// A window's place on the screen in logical units.
+struct Rect {
+    float x, y, w, h;
+    float centreX() const { return x + w / 2; }
+    float centreY() const { return y + h / 2; }
+};
+Rect screenRect(Window* w);
+
 // A root that paints nothing, like the application's: the black clear colour shows through.
 class Root : public Window {
   public:
@@ -78,12 +86,8 @@ class UiTest : public ::testing::Test {
 
     // A window's rectangle on the screen, in logical units, found by adding up the positions
     // along its parent field.
-    struct Rect {
-        float x, y, w, h;
-        float centreX() const { return x + w / 2; }
-        float centreY() const { return y + h / 2; }
-    };
-    static Rect screenRect(Window* w);
+    using Rect = ui::Rect;
+    static Rect screenRect(Window* w) { return ui::screenRect(w); }
     // Moves the pointer to the middle of a window, or clicks there.
     void moveOnto(Window* w);
     void clickOn(Window* w, int button = 0);

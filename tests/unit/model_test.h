@@ -10,11 +10,6 @@
 #include <algorithm>
 #include <vector>
 
-inline void clearModel() {
-    // Last, what only the list of updatables holds: a grenade still burning.
-    clearFactions(), clearCharacters(), clearItems(), clearSkills(), deleteUpdatables();
-}
-
 template <class Base> class Model : public Base {
   protected:
     void SetUp() override { clearModel(), Base::SetUp(); }
