@@ -60,6 +60,9 @@ const char* groundPictureFault(std::string_view bytes) {
         pixelBytes = bits / 8;
     }
     if (blockBytes == 0 && pixelBytes == 0) return "is in a format that the program does not read";
+    // Without a linear size the library sizes even a compressed picture's rows by the bit count,
+    // in 32 bits: a count beyond a pixel's 32 asks it for up to gigabytes.
+    if (blockBytes && bits > 32) return "has a damaged header";
 
     // The library sizes what it reads by the pitch or linear size, when there is one: it must be
     // what the sides give, a row's bytes or the first level's.

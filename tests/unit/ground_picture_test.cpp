@@ -35,6 +35,8 @@ TEST_F(GroundPicture, OnlyFlatPicturesOfKnownFormatsWhoseLevelsAllLieInTheFileAr
         {"PNG " + dxt1.substr(4), "is no DDS picture"},
         {withWord(dxt1, 4, 125), "has a damaged header"},
         {withWord(dxt1, 76, 0), "has a damaged header"},
+        {withWord(dxt1, 88, 33), "has a damaged header"},
+        {withWord(dxt1, 88, 32), nullptr},
         {withWord(dxt1, 112, 0x200), "is no flat picture"},
         {withWord(dxt1, 112, 0x200000), "is no flat picture"},
         {withWord(withWord(dxt1, 8, 0x800000), 24, 2), "is no flat picture"},

@@ -7,6 +7,13 @@
 #include "harness.h"
 #include "temp_dir.h"
 
+// Under AddressSanitizer no allocation in these tests may pass the readers' limit of 256 MiB, so that
+// an input that once ran away with memory fails here as it did in its fuzzer. ASAN_OPTIONS, when
+// set, adds to this rather than replacing it.
+extern "C" const char* __asan_default_options() {
+    return "max_allocation_size_mb=256";
+}
+
 namespace {
 const std::filesystem::path kept = std::filesystem::path(HEXFOLD_TEST_DATA) / "fuzz";
 
