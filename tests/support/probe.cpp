@@ -30,7 +30,7 @@ bool Probe::note(const std::string& event, const std::string& detail) {
 void Probe::draw(float a) {
     ++drawCount;
     lastAlpha = a;
-    if (paint) Window::draw(a);
+    Window::draw(a);
 }
 
 bool Probe::afterDraw() {

@@ -22,7 +22,6 @@ class Probe : public Window {
     int drawCount = 0;      // draw calls
     int afterDrawCount = 0; // afterDraw calls
     float lastAlpha = -1;   // the opacity of the last draw
-    bool paint = true;      // false: draw nothing, only count
     // A handler that deletes a window: at the first event of this name ("leave", "drag start",
     // "accepts", ...) the probe logs it, deletes `victim` (itself, its parent, any window) and
     // does nothing more for that event.

@@ -3,20 +3,19 @@
 // referee types them, and the report read byte for byte.
 #pragma once
 
+#include "catalogue_screen.h"
 #include "combat/roll.h"
 #include "platform/glfw2.h"
 #include "rules/random_source.h"
-#include "support/ui_driver.h"
 #include "toolkit/button.h"
 #include "toolkit/message_box.h"
 #include "unit/map_test.h"
-#include "unit/model_test.h"
 #include "unit/seed_for.h"
 
-class ActionScreen : public Model<ui::UiTest> {
+class ActionScreen : public CatalogueScreen {
   protected:
     void SetUp() override {
-        Model<ui::UiTest>::SetUp();
+        CatalogueScreen::SetUp();
         // Long enough for a throw of 18 m along a column.
         map = placed(new HexMap(root, 16, 22));
         map->camera.placeAt({6, 11, 30});
@@ -28,7 +27,7 @@ class ActionScreen : public Model<ui::UiTest> {
         // The actions point at the map: like the combat panel, the test closes them first.
         while (root && root->children.size() > 1)
             delete root->children.back();
-        Model<ui::UiTest>::TearDown();
+        CatalogueScreen::TearDown();
     }
 
     Cell* cell(int column, int row) { return at(*map, column, row); }
@@ -58,9 +57,8 @@ class ActionScreen : public Model<ui::UiTest> {
     }
     int closed(Window*) { return ++closes, 0; }
     template <class W> W* front() {
-        for (auto it = root->children.rbegin(); it != root->children.rend(); ++it)
-            if (auto* w = dynamic_cast<W*>(*it)) return w;
-        return nullptr;
+        auto found = all<W>(root);
+        return found.empty() ? nullptr : found.back();
     }
     // The caption and message of the box in front, which goes away.
     std::string refusal() {
@@ -84,20 +82,9 @@ class ActionScreen : public Model<ui::UiTest> {
         clickOn(roll->rollButton);
         return what;
     }
-    static Button* button(Window* w, const std::string& caption) {
-        for (Window* child : w->children)
-            if (auto* b = dynamic_cast<Button*>(child); b && b->caption == caption) return b;
-        return nullptr;
-    }
-    // The dialogue in front that has this title, or null.
-    Dialogue* titled(const std::string& title) {
-        for (auto it = root->children.rbegin(); it != root->children.rend(); ++it)
-            if (auto* d = dynamic_cast<Dialogue*>(*it); d && d->caption == title) return d;
-        return nullptr;
-    }
     // Presses the OK button that ends every action; says whether the action closed.
     bool pressOk(Dialogue* action) {
-        Button* ok = button(action, "OK");
+        auto* ok = captioned<Button>(action, "OK");
         if (!ok) return false;
         int before = closes;
         clickOn(ok);

@@ -135,8 +135,7 @@ TEST_F(CellEditing, ACharacterDroppedOnTheMapStandsOnTheHoveredCellAndBesideTheC
 class CellEditorShot : public ui::UiTest {};
 
 TEST_F(CellEditorShot, TheEditorOverTheSampleMap) {
-    Map* sample = openMap(root);
-    sample->setArea(20.99609375f, 3, 78.90625f, 97.00521f);
+    Map* sample = placed(openMap(root));
     sample->camera.placeAt({14, 12, 22});
     showWalls = true;
     movePixels(560, 300);

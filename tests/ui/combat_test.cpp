@@ -108,15 +108,9 @@ class CombatRounds : public CatalogueScreen {
             }
         }
     }
-    // The dialogue in front with this title, and its button with this caption.
-    Dialogue* titled(const std::string& title) {
-        auto found = all<Dialogue>(combat);
-        auto it =
-            std::find_if(found.rbegin(), found.rend(), [&](Dialogue* d) { return d->caption == title; });
-        return it == found.rend() ? nullptr : *it;
-    }
+    // The button with this caption of the dialogue with this title.
     void answer(const std::string& title, const std::string& caption) {
-        Dialogue* d = titled(title);
+        auto* d = captioned<Dialogue>(combat, title);
         press(d ? captioned<Button>(d, caption) : nullptr);
     }
     // The message in front, "caption: text", which goes with its OK.
@@ -179,10 +173,7 @@ TEST_F(CombatRounds, TurnsWalkTheListInPassesAndTheRoundEndsByItselfWhenTheLastA
     EXPECT_FALSE(map->pendingPath.empty()) << "acting: the way is proposed";
     shot("combat_acting");
     pointAt(cell(1, 1), true);
-    ASSERT_TRUE(open<MessageBox>());
-    EXPECT_EQ(open<MessageBox>()->caption + ": " + open<MessageBox>()->text->caption,
-              "Selfreferential: Yes, that's you. What now?");
-    press(captioned<Button>(open<MessageBox>(), "OK"));
+    EXPECT_EQ(told(), "Selfreferential: Yes, that's you. What now?");
     holdKey(platform::KEY_RSHIFT);
     pointAt(cell(3, 4), true);
     releaseKey(platform::KEY_RSHIFT);
@@ -365,7 +356,7 @@ TEST_F(CombatRounds, AWholeFightMovesAttacksAndThrowsUntilTheGrenadeGoesOffTwoRo
 
     // Mara shoots; Iselde dodges with an extra action, is hit, and resists.
     pointAt(cell(1, 1), true);
-    Dialogue* request = titled("Reaction Request");
+    auto* request = captioned<Dialogue>(combat, "Reaction Request");
     ASSERT_TRUE(request);
     EXPECT_TRUE(captioned<Label>(request, "Iselde Quay, any reaction to Mara Vell\ntaking a shot at you?"));
     shot("fight_reaction_request");

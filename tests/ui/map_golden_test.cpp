@@ -55,14 +55,10 @@ bool writing() {
 
 class MapGolden : public MapScreen {
   protected:
-    void loadSample() {
-        delete map;
-        map = placed(static_cast<HexMap*>(loadMap(root)));
-    }
-    void loadGenerated() {
-        delete map;
-        map = placed(new HexMap(root, 64, 64));
-        generate(*map);
+    // A map in the fixture's place, on the ground picture.
+    void show(HexMap* shown) {
+        replaceMap(shown);
+        map->texture = loadTexture("back.dds");
     }
     // Draws the frame and holds the map's part of it against the golden picture of that name.
     void check(const std::string& name) {
@@ -95,8 +91,7 @@ class MapGolden : public MapScreen {
 };
 
 TEST_F(MapGolden, TheSampleMapFromTheCamerasThatTheGesturesReach) {
-    loadSample();
-    map->texture = loadTexture("back.dds");
+    show(static_cast<HexMap*>(loadMap(root)));
     ASSERT_EQ(std::pair(map->columns, map->rows), std::pair(40, 30));
     int walls = 0, oneSided = 0; // the shed is walled in on both sides of each wall; the hill rises to 4
     for (Cell* c : map->cells)
@@ -123,8 +118,7 @@ TEST_F(MapGolden, TheSampleMapFromTheCamerasThatTheGesturesReach) {
 }
 
 TEST_F(MapGolden, TheSampleMapWithOccupantsAndAWayLaidDownAndProposed) {
-    loadSample();
-    map->texture = loadTexture("back.dds");
+    show(static_cast<HexMap*>(loadMap(root)));
     Faction crew("Crew", 0.2f, 0.4f, 0.8f), wardens("Wardens", 0.9f, 0.5f, 0.1f);
     Character mover(true), mate(true), warden(true), loner(true);
     crew.addMember(&mover);
@@ -146,8 +140,8 @@ TEST_F(MapGolden, TheSampleMapWithOccupantsAndAWayLaidDownAndProposed) {
 }
 
 TEST_F(MapGolden, AGeneratedMapWithHillsAPlateauAndAYard) {
-    loadGenerated();
-    map->texture = loadTexture("back.dds");
+    show(new HexMap(root, 64, 64));
+    generate(*map);
     look(map->camera, {24, 32, 0}, 70, -20, 40);
     check("generated_plain");
     showLight = showSmoke = showProtection = showDifficulty = showWalls = true;

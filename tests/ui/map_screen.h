@@ -19,6 +19,8 @@ class MapScreen : public ui::UiTest {
         showLight = showSmoke = showProtection = showDifficulty = showWalls = false;
         UiTest::TearDown();
     }
+    // Another map in the fixture's place.
+    void replaceMap(HexMap* other) { delete map, map = placed(other); }
     std::pair<int, int> pixelOf(Vector3 q) const {
         auto [x, y] = ::pixelOf(*map, q);
         return {static_cast<int>(x), static_cast<int>(y)};

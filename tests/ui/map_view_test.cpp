@@ -84,8 +84,7 @@ TEST_F(MapScreen, AChangedCellShowsAtTheNextFrame) {
 // Lowering a cell uncovers the flanks of its higher neighbours, which the map does not draw while a
 // neighbour as high hides them: the neighbours' geometry follows, wherever in a large map they lie.
 TEST_F(MapScreen, LoweringACellUncoversItsNeighboursFlanksAllOverALargeMap) {
-    delete map;
-    map = placed(new HexMap(root, 40, 40));
+    replaceMap(new HexMap(root, 40, 40));
     for (Cell* c : map->cells) {
         c->setHeight(1);
         c->difficulty = 1; // green
@@ -182,8 +181,7 @@ TEST_F(MapScreen, TheGroundPictureRunsUnderTheWholeMapSpanningTwentySixAndAHalfU
     const Rgb q[4] = {{220, 40, 40}, {40, 40, 220}, {40, 220, 40}, {220, 220, 40}}; // rows from the top
     const unsigned char texels[16] = {220, 40,  40, 255, 40,  40,  220, 255,
                                       40,  220, 40, 255, 220, 220, 40,  255};
-    delete map;
-    map = placed(new HexMap(root, 48, 40));
+    replaceMap(new HexMap(root, 48, 40));
     glGenTextures(1, &map->texture);
     glBindTexture(GL_TEXTURE_2D, map->texture);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 2, 2, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels);
@@ -229,10 +227,12 @@ TEST_F(MapScreen, AGroundPictureFromAFileKeepsAlphaOnlyWhenItHasSomeAndHalvesTwo
         // An uncompressed DDS of 2 x 2 pixels at 32 bits, as the map reads its ground.
         std::string bytes = "DDS ";
         auto word = [&bytes](std::uint32_t w) {
-            for (int i = 0; i < 4; ++i) bytes += char((w >> (8 * i)) & 0xff);
+            for (int i = 0; i < 4; ++i)
+                bytes += char((w >> (8 * i)) & 0xff);
         };
         word(124), word(0x100f), word(2), word(2), word(8), word(0), word(0);
-        for (int i = 0; i < 11; ++i) word(0);
+        for (int i = 0; i < 11; ++i)
+            word(0);
         word(32), word(0x41), word(0), word(32);
         word(0x00ff0000), word(0x0000ff00), word(0x000000ff), word(0xff000000);
         word(0x1000), word(0), word(0), word(0), word(0);

@@ -5,15 +5,7 @@
 #include "temp_dir.h"
 
 namespace {
-class Tools : public TempDirTest {
-  protected:
-    // The tool's exit status, or minus the signal that ended it, and what it wrote to standard error.
-    static std::pair<int, std::string> run(std::vector<std::string> args) {
-        args[0] = std::string(HEXFOLD_TOOLS_DIR "/") + args[0];
-        ProcessResult result = runProcess(args);
-        return {result.status, result.err};
-    }
-};
+using Tools = TempDirTest;
 } // namespace
 
 TEST_F(Tools, BadInputGetsAMessageAndAnExitStatusNeverASignal) {
@@ -36,9 +28,13 @@ TEST_F(Tools, BadInputGetsAMessageAndAnExitStatusNeverASignal) {
         {{"make_icon"}, "make_icon: usage: make_icon OUTPUT.png [SIZE]\n"},
         {{"make_icon", "out.png", "8"}, "make_icon: size must lie between 16 and 1024\n"},
         {{"make_icon", "missing/out.png", "16"}, "make_icon: cannot write missing/out.png\n"}};
-    for (const auto& [args, message] : cases) {
-        auto [status, errors] = run(args);
-        EXPECT_EQ(std::pair(status > 0, errors), std::pair(true, message)) << args[0] << " " << args.size();
+    for (auto [args, message] : cases) {
+        std::string tool = args[0];
+        args[0] = HEXFOLD_TOOLS_DIR "/" + tool;
+        // A status above 0 is an exit; a signal gives minus its number.
+        ProcessResult result = runProcess(args);
+        EXPECT_EQ(std::pair(result.status > 0, result.err), std::pair(true, message))
+            << tool << " " << args.size();
     }
 }
 
