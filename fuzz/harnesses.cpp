@@ -269,7 +269,7 @@ void mapDescriptionHarness(std::string_view input) {
         const Cell &a = *made->cells[i], &b = *read->cells[i];
         require(a.light == b.light && a.cover == b.cover && a.protect == b.protect &&
                     a.hardness == b.hardness && a.difficulty == b.difficulty &&
-                    std::equal(a.walls.get(), a.walls.get() + a.sides, b.walls.get()),
+                    std::equal(a.walls, a.walls + a.sides, b.walls),
                 "a made map reads back with its terrain and walls");
         require(std::fabs(a.centre.z - b.centre.z) <= 1e-5f * std::fabs(a.centre.z),
                 "a made map reads back with its heights");

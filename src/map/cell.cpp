@@ -1,7 +1,7 @@
-// Cell: the arrays of a new cell, and its height.
+// Cell: its height.
 #include "map/cell.h"
 
-Cell::Cell() : neighbours(new Cell* [6] {}), corners(new Vector3[6]), walls(new bool[6]{}) {}
+Cell::Cell() = default;
 
 Cell::~Cell() = default;
 

@@ -2,7 +2,6 @@
 // each side, its neighbours, the one character who stands on it, and the path search's scratch.
 #pragma once
 
-#include <memory>
 
 #include "map/vector3.h"
 #include "rules/dice.h"
@@ -28,14 +27,16 @@ class Cell : public Observed {
     DiceCode protect;
     DiceCode hardness; // kept in the file, read by no rule
     int difficulty = 0;
-    // Every loop over the sides runs to this, not to a constant.
+    // Every loop over the sides runs to this, not to a constant. The arrays hold as many as a cell
+    // can have, inside the cell: a map of a quarter of a million cells is then one allocation.
+    static constexpr int maxSides = 6;
     int sides = 6;
     // The cell beyond each side, null beyond the edge; a walled side keeps its neighbour. Not owned.
-    std::unique_ptr<Cell*[]> neighbours;
+    Cell* neighbours[maxSides] = {};
     // Side i runs from corners[i] to corners[(i + 1) % sides]; 0 is north, then clockwise.
-    std::unique_ptr<Vector3[]> corners;
+    Vector3 corners[maxSides];
     // True: this side cannot be crossed on the way out of this cell.
-    std::unique_ptr<bool[]> walls;
+    bool walls[maxSides] = {};
 
     // Scratch of the path search; meaningful on the cells of a found way and during a search.
     Cell* pathParent = nullptr;

@@ -15,7 +15,7 @@ HexMap::HexMap(Window* parent, int columnCount, int rowCount) : Map(parent) {
             float cx = 0.75f * c + 0.5f;
             float cy = (c % 2 == 0) ? r + 0.5f : r + 1.0f; // odd columns hang half a cell lower
             cell->centre = {cx, cy, 0};
-            Vector3* k = cell->corners.get();
+            Vector3* k = cell->corners;
             k[0] = {cx - 0.25f, cy - 0.5f, 0};
             k[1] = {cx + 0.25f, cy - 0.5f, 0};
             k[2] = {cx + 0.5f, cy, 0};

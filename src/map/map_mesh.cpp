@@ -354,7 +354,7 @@ void MapMesh::build(Block& block, unsigned wanted) {
                 std::size_t index = std::size_t(r) * std::size_t(map.columns) + std::size_t(c);
                 const Cell& cell = *map.cells[index];
                 int n = cell.sides;
-                const Vector3* k = cell.corners.get();
+                const Vector3* k = cell.corners;
                 auto base = static_cast<GLuint>(b.vertices.size());
                 b.vertices.insert(b.vertices.end(), k, k + n);
                 b.bottoms.assign(std::size_t(n), 0);

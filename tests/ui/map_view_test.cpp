@@ -104,7 +104,7 @@ TEST_F(MapScreen, LoweringACellUncoversItsNeighboursFlanksAllOverALargeMap) {
         map->camera.placeAt(lowered->centre - 6 * map->camera.forward());
         frame();
         for (int side : {0, 5}) {
-            const Vector3* corner = lowered->corners.get();
+            const Vector3* corner = lowered->corners;
             Vector3 flank = 0.5f * (corner[side] + corner[(side + 1) % 6]);
             flank.z = 0.5f;
             EXPECT_TRUE(shows(flank, {128, 255, 128}, 2)) << "cell " << k << ", side " << side;

@@ -27,7 +27,7 @@ void drawFaces(const Cell* cell, bool textured) {
     glPolygonOffset(1, 0.5f);
     if (textured) glEnable(GL_TEXTURE_2D);
     int n = cell->sides;
-    const Vector3* k = cell->corners.get();
+    const Vector3* k = cell->corners;
     // Top: from the last corner to the first, the winding that the culling keeps under the
     // flipped projection. Texture coordinates are the map's own x and y.
     glBegin(GL_TRIANGLE_FAN);
@@ -57,7 +57,7 @@ void drawPrism(const Cell* cell) {
     drawFaces(cell, true);
     glColor3f(0, 0, 0);
     int n = cell->sides;
-    const Vector3* k = cell->corners.get();
+    const Vector3* k = cell->corners;
     glBegin(GL_LINE_LOOP);
     for (int i = 0; i < n; ++i)
         glVertex3f(k[i].x, k[i].y, k[i].z);
