@@ -51,10 +51,10 @@ class Reader {
             for (int c = 0; c < d.columns; ++c) {
                 char h = d.heights[r][c], mark = d.terrain[r][c];
                 if (h < '0' || h > '9')
-                    return failAt(heightsLine + r, "height '" + std::string(1, h) + "' in column " +
+                    return failAt(heightsLine + r, std::string("height '") + h + "' in column " +
                                                        std::to_string(c) + " is no digit");
                 if (d.legend.count(mark) == 0)
-                    return failAt(terrainLine + r, "'" + std::string(1, mark) + "' in column " +
+                    return failAt(terrainLine + r, std::string("'") + mark + "' in column " +
                                                        std::to_string(c) + " is not in the legend");
             }
         }

@@ -36,7 +36,11 @@ std::string copySample(const fs::path& dir, const fs::path& sample) {
     if (!fs::is_directory(sample, ec)) return "there is no sample campaign at " + sample.string();
     fs::create_directories(dir.parent_path(), ec);
     if (ec) return reason(ec);
-    std::string pattern = (dir.parent_path() / ("." + dir.filename().string() + ".new-XXXXXX")).string();
+    // Appended in turn: g++ 12 at -O3 warns, wrongly, of an overlap in "." + std::string.
+    std::string hidden = ".";
+    hidden += dir.filename().string();
+    hidden += ".new-XXXXXX";
+    std::string pattern = (dir.parent_path() / hidden).string();
     if (!mkdtemp(pattern.data())) return std::strerror(errno);
     fs::path fresh = pattern;
     // mkdtemp keeps the directory to its owner; a campaign gets what a plain mkdir would give.
