@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "rules/field_reader.h"
+#include "tool_support.h"
 
 namespace {
 constexpr int firstChar = 32, lastChar = 126;
@@ -47,8 +48,7 @@ void putFloat(std::string& out, float f) {
 }
 
 int fail(const std::string& message) {
-    std::fprintf(stderr, "make_font: %s\n", message.c_str());
-    return 1;
+    return failAs("make_font", message);
 }
 } // namespace
 

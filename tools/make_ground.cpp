@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "rules/field_reader.h"
+#include "tool_support.h"
 
 namespace {
 
@@ -110,8 +111,7 @@ Colour ground(double u, double v) {
 }
 
 int fail(const std::string& message) {
-    std::fprintf(stderr, "make_ground: %s\n", message.c_str());
-    return 1;
+    return failAs("make_ground", message);
 }
 
 } // namespace
@@ -128,21 +128,9 @@ int main(int argc, char** argv) {
         for (int x = 0; x < size; ++x) {
             Colour c = ground((x + 0.5) / size, (y + 0.5) / size);
             unsigned char* p = &pixels[(std::size_t(y) * size + x) * 3];
-            p[0] = static_cast<unsigned char>(std::lround(std::clamp(c.r, 0.0, 1.0) * 255));
-            p[1] = static_cast<unsigned char>(std::lround(std::clamp(c.g, 0.0, 1.0) * 255));
-            p[2] = static_cast<unsigned char>(std::lround(std::clamp(c.b, 0.0, 1.0) * 255));
+            p[0] = toByte(c.r), p[1] = toByte(c.g), p[2] = toByte(c.b);
         }
 
-    ilInit();
-    ILuint image = 0;
-    ilGenImages(1, &image);
-    ilBindImage(image);
-    if (!ilTexImage(size, size, 1, 3, IL_RGB, IL_UNSIGNED_BYTE, pixels.data()))
-        return fail("cannot make the image");
-    ilEnable(IL_FILE_OVERWRITE);
-    ilSetInteger(IL_DXTC_FORMAT, IL_DXT1);
-    bool saved = ilSave(IL_DDS, argv[1]) == IL_TRUE;
-    ilDeleteImages(1, &image);
-    if (!saved) return fail(std::string("cannot write ") + argv[1]);
-    return 0;
+    std::string fault = savePicture(argv[1], size, 3, pixels.data(), IL_DDS, false);
+    return fault.empty() ? 0 : fail(fault);
 }

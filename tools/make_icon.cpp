@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "rules/field_reader.h"
+#include "tool_support.h"
 
 namespace {
 
@@ -73,8 +74,7 @@ Colour icon(double x, double y) {
 }
 
 int fail(const std::string& message) {
-    std::fprintf(stderr, "make_icon: %s\n", message.c_str());
-    return 1;
+    return failAs("make_icon", message);
 }
 
 } // namespace
@@ -99,24 +99,12 @@ int main(int argc, char** argv) {
                     r += c.r * c.a, g += c.g * c.a, b += c.b * c.a, a += c.a;
                 }
             unsigned char* p = &pixels[(std::size_t(y) * size + x) * 4];
-            auto byte = [](double v) {
-                return static_cast<unsigned char>(std::lround(std::clamp(v, 0.0, 1.0) * 255));
-            };
-            p[0] = byte(a > 0 ? r / a : 0), p[1] = byte(a > 0 ? g / a : 0), p[2] = byte(a > 0 ? b / a : 0);
-            p[3] = byte(a / (samples * samples));
+            p[0] = toByte(a > 0 ? r / a : 0), p[1] = toByte(a > 0 ? g / a : 0),
+            p[2] = toByte(a > 0 ? b / a : 0);
+            p[3] = toByte(a / (samples * samples));
         }
 
-    ilInit();
-    ILuint image = 0;
-    ilGenImages(1, &image);
-    ilBindImage(image);
-    if (!ilTexImage(size, size, 1, 4, IL_RGBA, IL_UNSIGNED_BYTE, pixels.data()))
-        return fail("cannot make the image");
     // The rows above run from the top down.
-    ilRegisterOrigin(IL_ORIGIN_UPPER_LEFT);
-    ilEnable(IL_FILE_OVERWRITE);
-    bool saved = ilSave(IL_PNG, argv[1]) == IL_TRUE;
-    ilDeleteImages(1, &image);
-    if (!saved) return fail(std::string("cannot write ") + argv[1]);
-    return 0;
+    std::string fault = savePicture(argv[1], size, 4, pixels.data(), IL_PNG, true);
+    return fault.empty() ? 0 : fail(fault);
 }
