@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "toolkit/window.h"
 
@@ -40,6 +41,18 @@ class UiTest : public ::testing::Test {
   protected:
     void SetUp() override;
     void TearDown() override;
+
+    // The children of a window that are of the class W, in order; the last of them, in front, or null.
+    template <class W> static std::vector<W*> all(Window* in) {
+        std::vector<W*> found;
+        for (Window* c : in->children)
+            if (auto* w = dynamic_cast<W*>(c)) found.push_back(w);
+        return found;
+    }
+    template <class W> static W* inFront(Window* in) {
+        auto found = all<W>(in);
+        return found.empty() ? nullptr : found.back();
+    }
 
     // Runs whole turns of the frame loop; fails the test if the loop wants to end.
     void frame(int count = 1);

@@ -56,10 +56,7 @@ class ActionScreen : public CatalogueScreen {
         return nullptr;
     }
     int closed(Window*) { return ++closes, 0; }
-    template <class W> W* front() {
-        auto found = all<W>(root);
-        return found.empty() ? nullptr : found.back();
-    }
+    template <class W> W* front() { return inFront<W>(root); }
     // The caption and message of the box in front, which goes away.
     std::string refusal() {
         auto* box = front<MessageBox>();

@@ -30,13 +30,6 @@ class CatalogueScreen : public ui::UiTest {
     }
     template <class T> static T* catalogued(T* item) { return allItems.push_back(item), item; }
 
-    // The children of a window that are of the class W, in order.
-    template <class W> static std::vector<W*> all(Window* in) {
-        std::vector<W*> found;
-        for (Window* c : in->children)
-            if (auto* w = dynamic_cast<W*>(c)) found.push_back(w);
-        return found;
-    }
     // The entry of an object; any item is listed as an Item.
     template <class T, class L = std::conditional_t<std::is_base_of_v<Item, T>, Item, T>>
     static ListEntry<L>* entry(Window* in, const T* item) {

@@ -28,12 +28,7 @@ class CellEditing : public MapScreen {
     // Coming onto the map from another window is an entry: the move after it finds the cell.
     void reach(Cell* c) { pointAt(c->centre + Vector3{0.1f, 0, 0}), pointAt(c->centre); }
     void rightClickAt(Cell* c) { reach(c), press(1), release(1); }
-    template <class W> std::vector<W*> open() {
-        std::vector<W*> found;
-        for (Window* w : root->children)
-            if (auto* e = dynamic_cast<W*>(w)) found.push_back(e);
-        return found;
-    }
+    template <class W> std::vector<W*> open() { return all<W>(root); }
     int fired = 0; // the map's reset and drop handlers
 };
 

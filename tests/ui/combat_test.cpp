@@ -73,10 +73,7 @@ class CombatRounds : public CatalogueScreen {
         drag(from.centreX(), from.centreY(), x / pixelsPerUnitX, y / pixelsPerUnitY);
         map->visible = false;
     }
-    template <class W> W* open() {
-        auto found = all<W>(combat);
-        return found.empty() ? nullptr : found.back();
-    }
+    template <class W> W* open() { return inFront<W>(combat); }
     // A window built where the pointer stands is only hit after the pointer moved.
     void press(Window* w) {
         if (!w) return ADD_FAILURE() << "nothing to press";
