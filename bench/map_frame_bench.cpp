@@ -133,7 +133,8 @@ struct Case {
 };
 constexpr Case cases[] = {
     {"sample/start", 0, View::start, false},         {"sample/whole/all_layers", 0, View::whole, true},
-    {"sample/tour/all_layers", 0, View::tour, true}, {"128/start", 128, View::start, false},
+    {"sample/tour", 0, View::tour, false},           {"sample/tour/all_layers", 0, View::tour, true},
+    {"128/start", 128, View::start, false},
     {"128/whole", 128, View::whole, false},          {"128/whole/all_layers", 128, View::whole, true},
     {"256/start", 256, View::start, false},          {"256/whole/all_layers", 256, View::whole, true},
     {"512/start", 512, View::start, false},          {"512/whole/all_layers", 512, View::whole, true},

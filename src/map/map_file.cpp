@@ -33,40 +33,41 @@ bool powerOfTwo(int n) {
 // the level above, two by two and rounded half up. A picture that lets nothing through is kept
 // without alpha, so that drawing it needs no blending. False, with nothing made, for an image that
 // is not a square or oblong of powers of two, which is left to the image library.
+//
+// All of it happens in the image library's own pixels, which are deleted right after: fresh memory
+// costs more to touch at start than the arithmetic on it, and a copy of a large picture is several
+// megabytes of it.
 bool makeMipmaps(GLuint texture) {
     int width = ilGetInteger(IL_IMAGE_WIDTH), height = ilGetInteger(IL_IMAGE_HEIGHT);
     if (!powerOfTwo(width) || !powerOfTwo(height) || ilGetInteger(IL_IMAGE_DEPTH) != 1) return false;
     if (!ilConvertImage(IL_RGBA, IL_UNSIGNED_BYTE)) return false;
-    const unsigned char* data = ilGetData();
-    if (!data) return false;
+    unsigned char* level = ilGetData();
+    if (!level) return false;
     auto w = static_cast<std::size_t>(width), h = static_cast<std::size_t>(height);
-    std::vector<unsigned char> level(w * h * 4);
-    bool upperLeft = ilGetInteger(IL_IMAGE_ORIGIN) == IL_ORIGIN_UPPER_LEFT;
-    for (std::size_t row = 0; row < h; ++row)
-        std::memcpy(&level[row * w * 4], data + (upperLeft ? h - 1 - row : row) * w * 4, w * 4);
+    if (ilGetInteger(IL_IMAGE_ORIGIN) == IL_ORIGIN_UPPER_LEFT)
+        for (std::size_t row = 0; row < h / 2; ++row)
+            std::swap_ranges(level + row * w * 4, level + (row + 1) * w * 4, level + (h - 1 - row) * w * 4);
     bool opaque = true;
-    for (std::size_t i = 3; i < level.size() && opaque; i += 4)
+    for (std::size_t i = 3; i < w * h * 4 && opaque; i += 4)
         opaque = level[i] == 255;
     GLint format = opaque ? GL_RGB : GL_RGBA;
 
     glBindTexture(GL_TEXTURE_2D, texture);
-    std::vector<unsigned char> next;
     for (int l = 0;; ++l) {
-        glTexImage2D(GL_TEXTURE_2D, l, format, GLsizei(w), GLsizei(h), 0, GL_RGBA, GL_UNSIGNED_BYTE,
-                     level.data());
+        glTexImage2D(GL_TEXTURE_2D, l, format, GLsizei(w), GLsizei(h), 0, GL_RGBA, GL_UNSIGNED_BYTE, level);
         if (w == 1 && h == 1) break;
-        // A side of one stays one: its texels are taken twice.
+        // A side of one stays one: its texels are taken twice. The next level overwrites this one
+        // from the front, never ahead of what it still has to read.
         std::size_t nw = std::max<std::size_t>(w / 2, 1), nh = std::max<std::size_t>(h / 2, 1);
         std::size_t dx = w > 1 ? 4 : 0, dy = h > 1 ? w * 4 : 0;
-        next.resize(nw * nh * 4);
         for (std::size_t y = 0; y < nh; ++y)
             for (std::size_t x = 0; x < nw; ++x) {
                 const unsigned char* a = &level[((h > 1 ? 2 * y : y) * w + (w > 1 ? 2 * x : x)) * 4];
+                unsigned char* to = &level[(y * nw + x) * 4];
                 for (int c = 0; c < 4; ++c)
-                    next[(y * nw + x) * 4 + std::size_t(c)] =
+                    to[c] =
                         static_cast<unsigned char>((a[c] + a[dx + c] + a[dy + c] + a[dx + dy + c] + 2) / 4);
             }
-        level.swap(next);
         w = nw, h = nh;
     }
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
