@@ -2,6 +2,8 @@
 // Xvfb): the map's kept geometry against its first, immediate drawing, on the sample map and on
 // generated maps of 128, 256 and 512 cells a side. The wall time of a frame stops after glFinish;
 // the CPU time is the main thread's, so a software renderer's own threads are not counted in it.
+// On the sample map, one quad of the ground picture from the same cameras gives the floor: what
+// texturing the map's pixels alone costs the renderer.
 #include <GL/gl.h>
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
@@ -61,7 +63,48 @@ double processCpuMs() {
     return (u.ru_utime.tv_sec + u.ru_stime.tv_sec) * 1e3 + (u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e3;
 }
 
+// One quad of the ground picture at z = 0 under all the map's cells, with the map's lens and camera,
+// the texture's filters and the depth test: the map's pixels textured once, and nothing else.
+class GroundQuad : public Window {
+  public:
+    GroundQuad(Window* parent, Map& map) : Window(parent, map.x, map.y, map.width, map.height, ""), map(map) {
+        map.visible = false;
+    }
+    void draw(float) override {
+        float lo[2] = {1e9f, 1e9f}, hi[2] = {-1e9f, -1e9f};
+        for (const Cell* c : map.cells)
+            for (int i = 0; i < c->sides; ++i) {
+                lo[0] = std::min(lo[0], c->corners[i].x), hi[0] = std::max(hi[0], c->corners[i].x);
+                lo[1] = std::min(lo[1], c->corners[i].y), hi[1] = std::max(hi[1], c->corners[i].y);
+            }
+        map.beginView();
+        glMatrixMode(GL_TEXTURE);
+        glPushMatrix();
+        glTranslatef(0, groundTextureShift, 0);
+        glScalef(groundTextureScale, groundTextureScale, 1);
+        glBindTexture(GL_TEXTURE_2D, map.texture);
+        glEnable(GL_TEXTURE_2D);
+        glColor4f(1, 1, 1, 1);
+        glBegin(GL_QUADS);
+        for (int corner = 0; corner < 4; ++corner) {
+            // In the tops' winding, which the culling keeps from above.
+            float x = corner >= 2 ? hi[0] : lo[0], y = corner == 1 || corner == 2 ? hi[1] : lo[1];
+            glTexCoord2f(x, y);
+            glVertex3f(x, y, 0);
+        }
+        glEnd();
+        glDisable(GL_TEXTURE_2D);
+        glPopMatrix();
+        glMatrixMode(GL_MODELVIEW);
+        map.endView();
+    }
+
+  private:
+    Map& map;
+};
+
 enum class View { start, whole, tour };
+enum class Drawing { immediate, kept, groundQuad };
 
 // Cameras that the gestures reach over the sample map: high and low, straight down, tilted, turned,
 // grazing, and past the horizontal under the ground.
@@ -78,7 +121,7 @@ void tourStop(Camera& camera, int stop) {
 }
 constexpr int tourStops = 3 * 4 * 3 * 5;
 
-void frames(benchmark::State& state, bool immediate, int size, View view, bool layers) {
+void frames(benchmark::State& state, Drawing drawing, int size, View view, bool layers) {
     if (!openWindow()) {
         state.SkipWithError("no window: run under xvfb-run");
         return;
@@ -99,7 +142,8 @@ void frames(benchmark::State& state, bool immediate, int size, View view, bool l
             {0.375f * static_cast<float>(map->columns) + 0.25f, rows / 2 + 0.25f, 1.35f * rows + 2});
     }
     showLayers(layers);
-    if (immediate) new ImmediateMapView(&root, *map);
+    if (drawing == Drawing::immediate) new ImmediateMapView(&root, *map);
+    if (drawing == Drawing::groundQuad) new GroundQuad(&root, *map);
     // The first frame builds what the map keeps.
     auto t0 = std::chrono::steady_clock::now();
     frameStep(&root);
@@ -132,19 +176,27 @@ struct Case {
     bool layers;
 };
 constexpr Case cases[] = {
-    {"sample/start", 0, View::start, false},         {"sample/whole/all_layers", 0, View::whole, true},
-    {"sample/tour", 0, View::tour, false},           {"sample/tour/all_layers", 0, View::tour, true},
+    {"sample/start", 0, View::start, false},
+    {"sample/whole/all_layers", 0, View::whole, true},
+    {"sample/tour", 0, View::tour, false},
+    {"sample/tour/all_layers", 0, View::tour, true},
     {"128/start", 128, View::start, false},
-    {"128/whole", 128, View::whole, false},          {"128/whole/all_layers", 128, View::whole, true},
-    {"256/start", 256, View::start, false},          {"256/whole/all_layers", 256, View::whole, true},
-    {"512/start", 512, View::start, false},          {"512/whole/all_layers", 512, View::whole, true},
+    {"128/whole", 128, View::whole, false},
+    {"128/whole/all_layers", 128, View::whole, true},
+    {"256/start", 256, View::start, false},
+    {"256/whole/all_layers", 256, View::whole, true},
+    {"512/start", 512, View::start, false},
+    {"512/whole/all_layers", 512, View::whole, true},
 };
 
 const bool registered = [] {
     for (const Case& c : cases)
-        for (bool immediate : {true, false}) {
-            std::string name = std::string("map/") + c.name + (immediate ? "/immediate" : "/kept");
-            auto* b = benchmark::RegisterBenchmark(name.c_str(), frames, immediate, c.size, c.view, c.layers);
+        for (Drawing drawing : {Drawing::immediate, Drawing::kept, Drawing::groundQuad}) {
+            if (drawing == Drawing::groundQuad && (c.size || c.view == View::whole)) continue;
+            const char* kinds[] = {"/immediate", "/kept", "/ground_quad"};
+            std::string name = std::string("map/") + c.name + kinds[static_cast<int>(drawing)];
+            bool immediate = drawing == Drawing::immediate;
+            auto* b = benchmark::RegisterBenchmark(name.c_str(), frames, drawing, c.size, c.view, c.layers);
             b->Unit(benchmark::kMillisecond);
             // The immediate drawing of the large maps takes seconds a frame.
             if (immediate && c.size >= 256) b->Iterations(c.layers ? 1 : 3);

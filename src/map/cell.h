@@ -2,7 +2,6 @@
 // each side, its neighbours, the one character who stands on it, and the path search's scratch.
 #pragma once
 
-
 #include "map/vector3.h"
 #include "rules/dice.h"
 #include "rules/observer.h"

@@ -37,6 +37,11 @@ extern std::map<std::string, unsigned int> textureCache;
 // file it lets through is cached too. Without a window there is no context to make a texture in,
 // and 0 comes back.
 unsigned int loadTexture(const char* name);
+// The picture of the ground spans 26.5 map units and runs on under all cells as one picture,
+// whatever their height: its texture coordinates are the map's x and y, scaled by 2/53 and shifted
+// by -1/53 in y.
+constexpr float groundTextureScale = 0.0377358f;
+constexpr float groundTextureShift = -0.0188679f;
 
 class Map : public Window {
   public:

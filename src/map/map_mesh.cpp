@@ -34,11 +34,6 @@ constexpr int tilesAcross = blockSide / tileSide;
 constexpr int tileCount = tilesAcross * tilesAcross;
 constexpr int directions = 6; // the sides of a hexagon
 
-// The picture of the ground spans 26.5 map units and runs on under all cells as one picture,
-// whatever their height: 2/53 and -1/53.
-constexpr float textureScale = 0.0377358f;
-constexpr float textureShift = -0.0188679f;
-
 // Groups of a block's indices, one after another in its index buffer, each laid out tile by tile.
 // Flanks, outlines at the foot of a higher neighbour and upright corner lines go by the side they
 // face, when they face it as the other members of their group in the tile do; else to the group
@@ -633,8 +628,8 @@ void MapMesh::draw(unsigned texture) {
     glPolygonOffset(1, 0.5f);
     glMatrixMode(GL_TEXTURE);
     glPushMatrix();
-    glTranslatef(0, textureShift, 0);
-    glScalef(textureScale, textureScale, 1);
+    glTranslatef(0, groundTextureShift, 0);
+    glScalef(groundTextureScale, groundTextureScale, 1);
     glMatrixMode(GL_MODELVIEW);
     glEnable(GL_TEXTURE_2D);
     glColor4f(1, 1, 1, 1);

@@ -5,11 +5,6 @@
 #include <GL/gl.h>
 
 namespace {
-// The picture of the ground spans 26.5 map units and runs on under all cells as one picture,
-// whatever their height: 2/53 and -1/53.
-constexpr float textureScale = 0.0377358f;
-constexpr float textureShift = -0.0188679f;
-
 void drawWalls(const Cell* cell) {
     glBegin(GL_LINES);
     for (int i = 0; i < cell->sides; ++i) {
@@ -52,8 +47,8 @@ void drawFaces(const Cell* cell, bool textured) {
 void drawPrism(const Cell* cell) {
     glMatrixMode(GL_TEXTURE);
     glPushMatrix();
-    glTranslatef(0, textureShift, 0);
-    glScalef(textureScale, textureScale, 1);
+    glTranslatef(0, groundTextureShift, 0);
+    glScalef(groundTextureScale, groundTextureScale, 1);
     drawFaces(cell, true);
     glColor3f(0, 0, 0);
     int n = cell->sides;
