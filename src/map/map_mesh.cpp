@@ -24,6 +24,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 #include "map/map.h"
 
@@ -48,6 +49,7 @@ enum Group {
     footLines,                            // + side: at the foot of a higher neighbour
     cornerLines = footLines + directions, // + corner: upright between two flanks
     walls = cornerLines + directions,
+    groundTops,  // the tops for the textured pass, cells of one plane joined where they can be
     layerGroups, // the face groups again for each of the three sparse layers
     groupCount = layerGroups + 3 * faceGroups
 };
@@ -167,6 +169,43 @@ void appendBytes(std::string& s, const void* p, std::size_t n) {
     s.append(static_cast<const char*>(p), n);
 }
 
+// A piece of a top between two upright lines x = left and x = right: its edge along the top runs
+// from topLeft to topRight, its edge along the bottom from bottomLeft to bottomRight, and a piece
+// that ends in a point has that point twice. Two pieces of one plane in one strip, the bottom edge
+// of one being the top edge of the other, make one piece of the same kind.
+struct Slab {
+    float left, right, z;
+    Vector3 topLeft, topRight, bottomLeft, bottomRight;
+    GLushort indices[4]; // of the four points, in that order
+};
+
+bool same(const Vector3& a, const Vector3& b) {
+    return a.x == b.x && a.y == b.y && a.z == b.z;
+}
+
+// The three slabs of a level, six-sided top whose north and south sides run level between two
+// upright lines, as every cell of a grid of columns has them: the point to the west, the middle, the
+// point to the east. False for any other top. Slabs of no width are left out; they cover no pixel.
+bool slabsOf(const Cell& cell, GLushort base, std::vector<Slab>& out) {
+    const Vector3* k = cell.corners;
+    if (cell.sides != 6) return false;
+    for (int i = 1; i < 6; ++i)
+        if (k[i].z != k[0].z) return false; // a sloping top joins nothing
+    if (k[0].x != k[4].x || k[1].x != k[3].x || k[0].y != k[1].y || k[3].y != k[4].y ||
+        !(k[5].x <= k[0].x && k[0].x < k[1].x && k[1].x <= k[2].x) ||
+        !(k[0].y <= k[5].y && k[5].y <= k[4].y) || !(k[1].y <= k[2].y && k[2].y <= k[3].y))
+        return false;
+    auto at = [&](int i) { return static_cast<GLushort>(base + i); };
+    const Slab pieces[3] = {
+        {k[5].x, k[0].x, k[0].z, k[5], k[0], k[5], k[4], {at(5), at(0), at(5), at(4)}},
+        {k[0].x, k[1].x, k[0].z, k[0], k[1], k[4], k[3], {at(0), at(1), at(4), at(3)}},
+        {k[1].x, k[2].x, k[0].z, k[1], k[2], k[3], k[2], {at(1), at(2), at(3), at(2)}},
+    };
+    for (const Slab& p : pieces)
+        if (p.left < p.right) out.push_back(p);
+    return true;
+}
+
 // Everything about a cell that its geometry and layers show.
 std::string drawnFields(const Cell& c) {
     std::string s;
@@ -250,6 +289,7 @@ struct MapMesh::Builder {
     std::vector<GLushort> groups[groupCount];
     std::vector<unsigned char> colours[layerCount];
     std::vector<GLuint> bottoms; // a cell's corners at z = 0, made when a flank or line needs them
+    std::vector<Slab> slabs;     // the tile's tops that may join
 };
 
 MapMesh::MapMesh(Map& map) : map(map) {}
@@ -334,6 +374,36 @@ void MapMesh::lookAtFollowed() {
     }
 }
 
+// The tile's slabs, strip by strip and plane by plane from the top down, joined while each one's top
+// edge is the bottom edge of the one before; each joined run goes as the two triangles of its
+// outline, in the winding of the tops' fans. The run covers the pixels that its slabs covered, no
+// more and no fewer, in far fewer triangles: the renderer shades the blocks of pixels along a
+// triangle's edges once for each triangle that crosses them, and a level stretch of ground then
+// has edges only between its strips.
+void MapMesh::joinSlabs(Builder& b) {
+    std::vector<Slab>& slabs = b.slabs;
+    std::sort(slabs.begin(), slabs.end(), [](const Slab& p, const Slab& q) {
+        return std::tie(p.left, p.right, p.z, p.topLeft.y, p.topRight.y) <
+               std::tie(q.left, q.right, q.z, q.topLeft.y, q.topRight.y);
+    });
+    auto& out = b.groups[groundTops];
+    for (std::size_t i = 0; i < slabs.size();) {
+        std::size_t j = i + 1;
+        while (j < slabs.size() && slabs[j].left == slabs[i].left && slabs[j].right == slabs[i].right &&
+               slabs[j].z == slabs[i].z && same(slabs[j].topLeft, slabs[j - 1].bottomLeft) &&
+               same(slabs[j].topRight, slabs[j - 1].bottomRight))
+            ++j;
+        const Slab &first = slabs[i], &last = slabs[j - 1];
+        // The fans run from east to west along the north side: in the map's plane that is the
+        // order top right, top left, bottom left.
+        GLushort tl = first.indices[0], tr = first.indices[1], bl = last.indices[2], br = last.indices[3];
+        if (!same(first.topLeft, last.bottomLeft)) out.insert(out.end(), {tr, tl, bl});
+        if (!same(first.topRight, last.bottomRight)) out.insert(out.end(), {tr, bl, br});
+        i = j;
+    }
+    slabs.clear();
+}
+
 void MapMesh::build(Block& block, unsigned wanted) {
     Builder b;
     auto indexOf = [&](const Cell* c) { return c - firstCell; };
@@ -372,9 +442,14 @@ void MapMesh::build(Block& block, unsigned wanted) {
                 for (int g = 0; g < faceGroups; ++g)
                     faceStarts[g] = b.groups[g].size();
 
-                // The top, as the fan from the last corner to the first.
+                // The top, as the fan from the last corner to the first: cell by cell for the
+                // layers, whose colours change from cell to cell, and for the ground unless it
+                // joins its neighbours of the same plane.
                 for (int j = 1; j + 1 < n; ++j)
                     put(tops, {top(n - 1), top(n - 1 - j), top(n - 2 - j)});
+                if (!slabsOf(cell, static_cast<GLushort>(base), b.slabs))
+                    for (int j = 1; j + 1 < n; ++j)
+                        put(groundTops, {top(n - 1), top(n - 1 - j), top(n - 2 - j)});
                 // Each flank as the two triangles of its quad in the strip round the prism.
                 for (int i = 0; i < n; ++i) {
                     int j = (i + 1) % n;
@@ -456,6 +531,7 @@ void MapMesh::build(Block& block, unsigned wanted) {
                         colours.insert(colours.end(), rgba8, rgba8 + 4);
                 }
             }
+        joinSlabs(b);
         for (int g = 0; g < groupCount; ++g)
             block.starts[g][t + 1] = static_cast<std::uint32_t>(b.groups[g].size());
     }
@@ -512,6 +588,7 @@ void MapMesh::face(InView& v, float eyeX, float eyeY, std::uint32_t inside) cons
         if (!(v.tiles & tile)) continue;
         bool near = inside & tile;
         v.groups[tops] |= tile;
+        v.groups[groundTops] |= tile;
         v.groups[otherFlanks] |= tile;
         v.groups[plainLines] |= tile;
         v.groups[walls] |= tile;
@@ -637,7 +714,11 @@ void MapMesh::draw(unsigned texture) {
     for (const InView& v : inView) {
         bind(*v.block);
         glTexCoordPointer(2, GL_FLOAT, sizeof(Vector3), nullptr);
-        drawGroups(v, tops, faceGroups, GL_TRIANGLES);
+        // A layer finds its faces by an equal depth, which only the same triangles give to the
+        // bit: with one on, the tops go cell by cell.
+        int topGroup = wanted ? tops : groundTops;
+        drawGroups(v, topGroup, topGroup + 1, GL_TRIANGLES);
+        drawGroups(v, flanks, faceGroups, GL_TRIANGLES);
     }
     glDisableClientState(GL_TEXTURE_COORD_ARRAY);
     glDisable(GL_TEXTURE_2D);

@@ -62,6 +62,7 @@ class MapMesh {
     // Blocks laid out afresh when the grid is new or has another size.
     void layOut();
     void build(Block& block, unsigned layers);
+    static void joinSlabs(Builder& b);
     void lookAtFollowed();
     int blockIndexOf(int column, int row) const;
     // The masks of the groups of a block in view, for the camera's eye.
