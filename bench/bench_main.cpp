@@ -67,7 +67,8 @@ class RatioReporter : public benchmark::ConsoleReporter {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc > 1 && std::strcmp(argv[1], firstFrameArgument) == 0) return runToFirstFrame();
+    if (argc > 1 && std::strcmp(argv[1], firstFrameArgument) == 0) return runToFirstFrame(false);
+    if (argc > 1 && std::strcmp(argv[1], emptyFrameArgument) == 0) return runToFirstFrame(true);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     RatioReporter reporter;
