@@ -750,6 +750,9 @@ void MapMesh::draw(unsigned texture) {
     if (wanted) {
         glEnable(GL_BLEND);
         glEnable(GL_POLYGON_OFFSET_FILL);
+        // A layer's fragment gets through only at the depth that its face already left there, so
+        // writing it would change nothing and costs the renderer a write.
+        glDepthMask(GL_FALSE);
         glEnableClientState(GL_COLOR_ARRAY);
         for (Layer layer : layers) {
             if (!(wanted & bit(layer))) continue;
@@ -765,6 +768,7 @@ void MapMesh::draw(unsigned texture) {
         }
         glDisableClientState(GL_COLOR_ARRAY);
         glDisable(GL_POLYGON_OFFSET_FILL);
+        glDepthMask(GL_TRUE);
     }
     if (blending)
         glEnable(GL_BLEND);
