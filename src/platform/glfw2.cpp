@@ -1,6 +1,7 @@
 // The classic window-library calls on top of GLFW 3: the window, the polled state, and the swap
 // that asks the chosen backend to deliver its input through the callbacks.
 #include <GLFW/glfw3.h>
+#include <malloc.h>
 
 #include <cmath>
 #include <cstdlib>
@@ -62,6 +63,11 @@ using namespace detail;
 
 int glfwInit() {
     if (initialised) return 1;
+    // A software renderer takes the memory for a frame's primitives and frees it when the frame is
+    // drawn. By default the freed top of the heap goes back to the system, and the next frame takes
+    // every page of it in again, a fault each: on a large map that was half of a frame. The process
+    // keeps up to a gigabyte of it instead.
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
     errorText.clear();
     ::glfwSetErrorCallback(onError);
     if (!displayNamed()) {
