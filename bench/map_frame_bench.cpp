@@ -69,14 +69,13 @@ class GroundQuad : public Window {
   public:
     GroundQuad(Window* parent, Map& map) : Window(parent, map.x, map.y, map.width, map.height, ""), map(map) {
         map.visible = false;
-    }
-    void draw(float) override {
-        float lo[2] = {1e9f, 1e9f}, hi[2] = {-1e9f, -1e9f};
         for (const Cell* c : map.cells)
             for (int i = 0; i < c->sides; ++i) {
                 lo[0] = std::min(lo[0], c->corners[i].x), hi[0] = std::max(hi[0], c->corners[i].x);
                 lo[1] = std::min(lo[1], c->corners[i].y), hi[1] = std::max(hi[1], c->corners[i].y);
             }
+    }
+    void draw(float) override {
         map.beginView();
         glMatrixMode(GL_TEXTURE);
         glPushMatrix();
@@ -101,6 +100,8 @@ class GroundQuad : public Window {
 
   private:
     Map& map;
+    // The corners of all cells span this rectangle; the map's cells do not change here.
+    float lo[2] = {1e9f, 1e9f}, hi[2] = {-1e9f, -1e9f};
 };
 
 enum class View { start, whole, tour };

@@ -169,19 +169,20 @@ void appendBytes(std::string& s, const void* p, std::size_t n) {
     s.append(static_cast<const char*>(p), n);
 }
 
-// A piece of a top between two upright lines x = left and x = right: its edge along the top runs
-// from topLeft to topRight, its edge along the bottom from bottomLeft to bottomRight, and a piece
-// that ends in a point has that point twice. Two pieces of one plane in one strip, the bottom edge
-// of one being the top edge of the other, make one piece of the same kind.
+// A piece of a top between two upright lines, the ones through topLeft and topRight: its edge along
+// the top runs from topLeft to topRight, its edge along the bottom from bottomLeft to bottomRight, and
+// a piece that ends in a point has that point twice. Two pieces of one plane in one strip, the bottom
+// edge of one being the top edge of the other, make one piece of the same kind.
 struct Slab {
-    float left, right, z;
     Vector3 topLeft, topRight, bottomLeft, bottomRight;
     GLushort indices[4]; // of the four points, in that order
-};
 
-bool same(const Vector3& a, const Vector3& b) {
-    return a.x == b.x && a.y == b.y && a.z == b.z;
-}
+    // The strip, the plane and the place in it, by which slabs that may join come together.
+    auto key() const { return std::tie(topLeft.x, topRight.x, topLeft.z, topLeft.y, topRight.y); }
+    bool sameStrip(const Slab& o) const {
+        return topLeft.x == o.topLeft.x && topRight.x == o.topRight.x && topLeft.z == o.topLeft.z;
+    }
+};
 
 // The three slabs of a level, six-sided top whose north and south sides run level between two
 // upright lines, as every cell of a grid of columns has them: the point to the west, the middle, the
@@ -197,12 +198,12 @@ bool slabsOf(const Cell& cell, GLushort base, std::vector<Slab>& out) {
         return false;
     auto at = [&](int i) { return static_cast<GLushort>(base + i); };
     const Slab pieces[3] = {
-        {k[5].x, k[0].x, k[0].z, k[5], k[0], k[5], k[4], {at(5), at(0), at(5), at(4)}},
-        {k[0].x, k[1].x, k[0].z, k[0], k[1], k[4], k[3], {at(0), at(1), at(4), at(3)}},
-        {k[1].x, k[2].x, k[0].z, k[1], k[2], k[3], k[2], {at(1), at(2), at(3), at(2)}},
+        {k[5], k[0], k[5], k[4], {at(5), at(0), at(5), at(4)}},
+        {k[0], k[1], k[4], k[3], {at(0), at(1), at(4), at(3)}},
+        {k[1], k[2], k[3], k[2], {at(1), at(2), at(3), at(2)}},
     };
     for (const Slab& p : pieces)
-        if (p.left < p.right) out.push_back(p);
+        if (p.topLeft.x < p.topRight.x) out.push_back(p);
     return true;
 }
 
@@ -382,23 +383,19 @@ void MapMesh::lookAtFollowed() {
 // has edges only between its strips.
 void MapMesh::joinSlabs(Builder& b) {
     std::vector<Slab>& slabs = b.slabs;
-    std::sort(slabs.begin(), slabs.end(), [](const Slab& p, const Slab& q) {
-        return std::tie(p.left, p.right, p.z, p.topLeft.y, p.topRight.y) <
-               std::tie(q.left, q.right, q.z, q.topLeft.y, q.topRight.y);
-    });
+    std::sort(slabs.begin(), slabs.end(), [](const Slab& p, const Slab& q) { return p.key() < q.key(); });
     auto& out = b.groups[groundTops];
     for (std::size_t i = 0; i < slabs.size();) {
         std::size_t j = i + 1;
-        while (j < slabs.size() && slabs[j].left == slabs[i].left && slabs[j].right == slabs[i].right &&
-               slabs[j].z == slabs[i].z && same(slabs[j].topLeft, slabs[j - 1].bottomLeft) &&
-               same(slabs[j].topRight, slabs[j - 1].bottomRight))
+        while (j < slabs.size() && slabs[j].sameStrip(slabs[i]) &&
+               slabs[j].topLeft == slabs[j - 1].bottomLeft && slabs[j].topRight == slabs[j - 1].bottomRight)
             ++j;
         const Slab &first = slabs[i], &last = slabs[j - 1];
         // The fans run from east to west along the north side: in the map's plane that is the
         // order top right, top left, bottom left.
         GLushort tl = first.indices[0], tr = first.indices[1], bl = last.indices[2], br = last.indices[3];
-        if (!same(first.topLeft, last.bottomLeft)) out.insert(out.end(), {tr, tl, bl});
-        if (!same(first.topRight, last.bottomRight)) out.insert(out.end(), {tr, bl, br});
+        if (first.topLeft != last.bottomLeft) out.insert(out.end(), {tr, tl, bl});
+        if (first.topRight != last.bottomRight) out.insert(out.end(), {tr, bl, br});
         i = j;
     }
     slabs.clear();
@@ -445,11 +442,12 @@ void MapMesh::build(Block& block, unsigned wanted) {
                 // The top, as the fan from the last corner to the first: cell by cell for the
                 // layers, whose colours change from cell to cell, and for the ground unless it
                 // joins its neighbours of the same plane.
-                for (int j = 1; j + 1 < n; ++j)
-                    put(tops, {top(n - 1), top(n - 1 - j), top(n - 2 - j)});
-                if (!slabsOf(cell, static_cast<GLushort>(base), b.slabs))
+                auto fan = [&](int group) {
                     for (int j = 1; j + 1 < n; ++j)
-                        put(groundTops, {top(n - 1), top(n - 1 - j), top(n - 2 - j)});
+                        put(group, {top(n - 1), top(n - 1 - j), top(n - 2 - j)});
+                };
+                fan(tops);
+                if (!slabsOf(cell, static_cast<GLushort>(base), b.slabs)) fan(groundTops);
                 // Each flank as the two triangles of its quad in the strip round the prism.
                 for (int i = 0; i < n; ++i) {
                     int j = (i + 1) % n;

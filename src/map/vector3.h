@@ -4,6 +4,9 @@
 
 struct Vector3 {
     float x = 0, y = 0, z = 0;
+
+    // Exactly the same point: for corners shared by neighbours, which hold the same floats.
+    bool operator==(const Vector3&) const = default;
 };
 
 inline Vector3 operator+(Vector3 a, Vector3 b) {
