@@ -35,6 +35,8 @@ class RatioReporter : public benchmark::ConsoleReporter {
             f.worst = worst == r.counters.end() ? 0 : worst->second.value;
             auto all = r.counters.find("all_threads_ms");
             f.allThreads = all == r.counters.end() ? 0 : all->second.value;
+            auto over = r.counters.find("stops_over_4ms");
+            f.stopsOver = over == r.counters.end() ? -1 : over->second.value;
         }
     }
 
@@ -56,11 +58,24 @@ class RatioReporter : public benchmark::ConsoleReporter {
                         name.c_str(), old.wall, now.wall, ratio, old.allThreads, now.allThreads, allRatio,
                         now.cpu, now.worst, now.cacheMb, ground);
         }
+        // The tour's cameras at which even the fastest of their frames took longer than 4 ms.
+        std::printf("\n%-24s %12s %12s %12s\n", "stops over 4 ms", "immediate", "kept", "ground quad");
+        for (const auto& [name, kinds] : frames) {
+            if (kinds[1].stopsOver < 0) continue;
+            std::printf("%-24s", name.c_str());
+            for (const Frame& f : kinds) {
+                char stops[32] = "-";
+                if (f.stopsOver >= 0) std::snprintf(stops, sizeof stops, "%.0f", f.stopsOver);
+                std::printf(" %12s", stops);
+            }
+            std::printf("\n");
+        }
     }
 
   private:
     struct Frame {
         double wall = 0, cpu = 0, worst = 0, cacheMb = 0, allThreads = 0;
+        double stopsOver = -1; // on a tour: the stops slower than the goal, at their fastest
     };
     std::map<std::string, Frame[3]> frames; // immediate, kept, ground quad
 };
