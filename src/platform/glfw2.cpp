@@ -95,7 +95,9 @@ void setUpMemory() {
 
 int glfwInit() {
     if (initialised) return 1;
-    setUpMemory();
+    // Once a process: a second attempt after a failed one would only find the heap grown already.
+    static const bool memorySetUp = (setUpMemory(), true);
+    (void)memorySetUp;
     errorText.clear();
     ::glfwSetErrorCallback(onError);
     if (!displayNamed()) {
